@@ -1,0 +1,50 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane {
+
+/// How to run one program. No shell is ever involved: arguments are handed over as they are.
+struct ProcessRequest {
+    std::string executable;             ///< absolute path
+    std::vector<std::string> arguments; ///< without the program's own name
+    std::optional<std::chrono::milliseconds> timeLimit; ///< none: as long as it takes
+    std::size_t outputLimit = 64U * 1024U * 1024U;      ///< bytes of output kept; the rest is read and dropped
+    bool captureErrors = false; ///< keep standard error too; else it goes to /dev/null
+    /// Ends the program when the surrounding task is cancelled.
+    bool endsWithTask = true;
+};
+
+/// How it ended.
+struct ProcessOutcome {
+    bool launched = false; ///< false: there is no such program, or it could not be started
+    int launchError = 0;   ///< errno of the failed start
+    int exitStatus = -1;   ///< valid when it exited by itself
+    int signal = 0;        ///< the signal that ended it, else 0
+    bool timedOut = false;
+    bool cancelled = false;
+    std::string output;
+    std::string errors;
+
+    [[nodiscard]] bool succeeded() const noexcept {
+        return launched && !timedOut && !cancelled && signal == 0 && exitStatus == 0;
+    }
+};
+
+/// Starts programs. Never throws; waits for the end. The child gets an empty standard input, no
+/// descriptor of ours, default signal handling, and the C locale for its texts. Any thread.
+class ProcessLauncher {
+  public:
+    virtual ~ProcessLauncher() = default;
+    [[nodiscard]] virtual ProcessOutcome run(const ProcessRequest& request) = 0;
+
+    /// The real one.
+    [[nodiscard]] static ProcessLauncher& standard();
+};
+
+} // namespace korvane

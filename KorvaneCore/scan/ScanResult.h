@@ -1,0 +1,30 @@
+#pragma once
+
+#include "KorvaneCore/scan/ScanItem.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace korvane {
+
+/// What one run of a scanner produced.
+struct ScanResult {
+    std::string scannerID;
+    Date startedAt;
+    Date finishedAt;
+    std::vector<ScanItem> items; ///< in the scanner's order
+
+    /// The sum of the items' sizes in bytes; overflow is fatal.
+    [[nodiscard]] std::int64_t totalBytes() const;
+    [[nodiscard]] std::string formattedTotal() const;
+    [[nodiscard]] double duration() const { return finishedAt.since(startedAt); } ///< seconds
+
+    [[nodiscard]] Json toJson(DateForm dates) const;
+    /// Throws DecodingError when the record or one of its items does not decode.
+    [[nodiscard]] static ScanResult fromJson(const Json& object);
+
+    friend bool operator==(const ScanResult&, const ScanResult&) = default;
+};
+
+} // namespace korvane

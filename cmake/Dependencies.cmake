@@ -1,0 +1,10 @@
+# One place for what comes from outside; docs/dependencies.md says why each is here.
+find_package(Threads REQUIRED)
+find_package(fmt REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
+find_package(ICU REQUIRED COMPONENTS uc)
+find_package(PkgConfig REQUIRED)
+find_package(simdjson REQUIRED)
+# Only the headers are used: the library itself is loaded when the first secret is asked for.
+pkg_check_modules(libsecret REQUIRED libsecret-1)
