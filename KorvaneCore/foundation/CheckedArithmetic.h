@@ -10,7 +10,8 @@ namespace korvane {
 [[noreturn]] void fatalError(std::string_view message);
 
 /// `a + b`; overflow is fatal, never a wrap.
-template <std::integral T> [[nodiscard]] T checkedAdd(T a, T b) {
+template <std::integral T>
+[[nodiscard]] T checkedAdd(T a, T b) {
     T sum{};
     if (__builtin_add_overflow(a, b, &sum)) {
         fatalError("arithmetic overflow in an addition");
@@ -19,7 +20,8 @@ template <std::integral T> [[nodiscard]] T checkedAdd(T a, T b) {
 }
 
 /// `a - b`; overflow is fatal, never a wrap.
-template <std::integral T> [[nodiscard]] T checkedSubtract(T a, T b) {
+template <std::integral T>
+[[nodiscard]] T checkedSubtract(T a, T b) {
     T difference{};
     if (__builtin_sub_overflow(a, b, &difference)) {
         fatalError("arithmetic overflow in a subtraction");

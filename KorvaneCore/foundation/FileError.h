@@ -26,7 +26,8 @@ class FileError : public std::system_error {
     std::string reason_;
 };
 
-/// The sentence to show for any exception of this program: the reason of a `FileError`, else what().
+/// The sentence to show for any exception of this program: the reason of a `FileError`, else
+/// what().
 [[nodiscard]] std::string localizedDescription(const std::exception& error);
 
 /// The system's text for an error number ("Permission denied"). Safe to call from any thread.

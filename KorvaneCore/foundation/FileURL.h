@@ -74,7 +74,8 @@ class FileURL {
 
 } // namespace korvane
 
-template <> struct std::hash<korvane::FileURL> {
+template <>
+struct std::hash<korvane::FileURL> {
     std::size_t operator()(const korvane::FileURL& url) const noexcept {
         return std::hash<std::string>{}(url.path());
     }

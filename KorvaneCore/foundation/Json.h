@@ -3,10 +3,11 @@
 #include "KorvaneCore/foundation/Date.h"
 #include "KorvaneCore/foundation/FileURL.h"
 
-#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+#include <nlohmann/json.hpp>
 
 namespace korvane {
 

@@ -84,7 +84,8 @@ class TaskGroup {
 
 /// Runs `work(index)` for every index in 0..<count on a bounded number of threads (at most one a
 /// processor, the calling thread among them), in no set order, and waits for all. The threads carry
-/// the surrounding task's cancellation; `work` must not throw. Nested calls run on the caller alone.
+/// the surrounding task's cancellation; `work` must not throw. Nested calls run on the caller
+/// alone.
 void concurrentPerform(std::size_t count, const std::function<void(std::size_t)>& work);
 
 /// How many threads `concurrentPerform` uses at most, at least 1.

@@ -34,6 +34,7 @@ class UUID {
 
 } // namespace korvane
 
-template <> struct std::hash<korvane::UUID> {
+template <>
+struct std::hash<korvane::UUID> {
     std::size_t operator()(const korvane::UUID& id) const noexcept;
 };
