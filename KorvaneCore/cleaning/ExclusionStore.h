@@ -13,6 +13,8 @@
 
 namespace korvane {
 
+struct ItemLocation;
+
 /// One path that the user protects.
 struct Exclusion {
     UUID id = UUID::random();
@@ -45,26 +47,35 @@ class ExclusionStore {
     [[nodiscard]] const FileURL& fileURL() const noexcept { return fileURL_; }
     [[nodiscard]] std::vector<Exclusion> items() const;
 
-    /// Append or remove and persist; memory and file change together or not at all. Throw FileError.
+    /// Appends and persists; memory and file change together or not at all. What another process
+    /// changed since is kept. Throws FileError.
     void add(const Exclusion& exclusion);
-    /// False when there is no such id; then nothing changes.
+    /// Removes and persists in the same way; false when the list has no such id, then no file is
+    /// written.
     bool remove(const UUID& id);
 
     [[nodiscard]] std::optional<ExclusionMatch> match(const FileURL& url) const;
+    /// As above when the location was worked out already.
+    [[nodiscard]] std::optional<ExclusionMatch> match(const ItemLocation& location) const;
     /// On the list or inside something on it.
     [[nodiscard]] bool isExcluded(const FileURL& url) const;
     /// Any match: removing it would remove something protected.
     [[nodiscard]] bool blocks(const FileURL& url) const;
 
   private:
+    /// The matching form of one exclusion.
     struct Root {
         std::string display;
         std::vector<std::string> keys;
+        std::vector<std::string> prefixes; ///< what the keys of everything inside begin with
         std::size_t depth = 0;
     };
     using Roots = std::vector<Root>;
 
-    void rebuildRoots();
+    [[nodiscard]] std::shared_ptr<const Roots> roots() const;
+    [[nodiscard]] std::vector<Exclusion> newestItems() const;
+    void save(const std::vector<Exclusion>& items) const;
+    void adopt(std::vector<Exclusion> items);
 
     FileURL fileURL_;
     FileURL home_;
