@@ -11,19 +11,23 @@ namespace korvane {
 
 /// How to run one program. No shell is ever involved: arguments are handed over as they are.
 struct ProcessRequest {
-    std::string executable;             ///< absolute path
-    std::vector<std::string> arguments; ///< without the program's own name
+    std::string executable;                             ///< absolute path
+    std::vector<std::string> arguments;                 ///< without the program's own name
     std::optional<std::chrono::milliseconds> timeLimit; ///< none: as long as it takes
-    std::size_t outputLimit = 64U * 1024U * 1024U;      ///< bytes of output kept; the rest is read and dropped
+    /// Bytes of output kept; the rest is read and dropped.
+    std::size_t outputLimit = 64U * 1024U * 1024U;
     bool captureErrors = false; ///< keep standard error too; else it goes to /dev/null
     /// Ends the program when the surrounding task is cancelled.
     bool endsWithTask = true;
+    /// For programs that ask on the controlling terminal: stays in the foreground process group, so
+    /// only the program itself, and not what it started, can be ended early.
+    bool usesTerminal = false;
 };
 
 /// How it ended.
 struct ProcessOutcome {
     bool launched = false; ///< false: there is no such program, or it could not be started
-    int launchError = 0;   ///< errno of the failed start
+    int launchError = 0;   ///< errno of the failed start; EINVAL: no absolute path, or a NUL inside
     int exitStatus = -1;   ///< valid when it exited by itself
     int signal = 0;        ///< the signal that ended it, else 0
     bool timedOut = false;
@@ -37,7 +41,10 @@ struct ProcessOutcome {
 };
 
 /// Starts programs. Never throws; waits for the end. The child gets an empty standard input, no
-/// descriptor of ours, default signal handling, and the C locale for its texts. Any thread.
+/// descriptor of ours, default signal handling, and the C locale for its texts. A time limit or a
+/// cancellation asks it and all it started to end and, two seconds later, ends them; a program that
+/// this user may not signal is waited for. Output that something it left running writes after the
+/// program's own end is not waited for. Any thread.
 class ProcessLauncher {
   public:
     virtual ~ProcessLauncher() = default;

@@ -15,9 +15,10 @@ class ProcessLauncher;
 /// How much one path occupies. Never throws; 0 for what cannot be measured.
 namespace korvane::FileSystemSize {
 
-/// A file's logical size; for a folder the allocated bytes of the regular files below it. Hidden
-/// files and what is inside hidden folders are not counted, links are not followed. Large trees use
-/// more than one processor. Ends early with what it has when the surrounding task is cancelled.
+/// A file's logical size; for a folder (or a link to one) the allocated bytes of the regular files
+/// below it. Hidden files and what is inside hidden folders are not counted, links below are not
+/// followed. Large trees use more than one processor. Ends early with what it has when the
+/// surrounding task is cancelled.
 [[nodiscard]] std::int64_t allocatedSize(const FileURL& url);
 
 /// `allocatedSize` of each, in parallel, in input order.

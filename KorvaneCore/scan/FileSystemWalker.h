@@ -12,6 +12,8 @@
 
 namespace korvane {
 
+struct SizingRules;
+
 /// Visits a folder tree depth-first, parents before children, children in ascending byte order of
 /// their paths. Never throws: what cannot be read becomes a `WalkError` and the walk goes on. Ends
 /// early when the token is set or the surrounding task is cancelled. Depth is unlimited, open
@@ -37,7 +39,8 @@ class FileSystemWalker {
     [[nodiscard]] std::vector<WalkEntry>
     measure(std::span<const FileURL> urls, const WalkCancellation* cancellation = nullptr) const;
 
-    /// Folders of these names below (or at) the root, sized; a match inside a match is not reported.
+    /// Folders of these names below (or at) the root, sized; a match inside a match is not
+    /// reported.
     [[nodiscard]] std::vector<WalkEntry>
     findFolders(const std::set<std::string>& names, const FileURL& root,
                 const WalkCancellation* cancellation = nullptr) const;
@@ -49,6 +52,8 @@ class FileSystemWalker {
                  const WalkCancellation* cancellation = nullptr) const;
 
   private:
+    [[nodiscard]] SizingRules sizingRules(const WalkCancellation* cancellation) const;
+
     WalkOptions options_;
 };
 

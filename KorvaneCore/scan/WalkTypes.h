@@ -14,8 +14,8 @@ namespace korvane {
 
 /// What a walk visits.
 struct WalkOptions {
-    bool includeHidden = false;  ///< names that begin with ".", below the root
-    bool followSymlinks = false; ///< a link to a folder is entered like that folder
+    bool includeHidden = false;           ///< names that begin with ".", below the root
+    bool followSymlinks = false;          ///< a link to a folder is entered like that folder
     std::optional<std::int64_t> maxDepth; ///< deepest depth whose folders are entered; absent: all
     std::set<std::string> pruneDirectoryNames; ///< visited but never entered (exact bytes)
 
@@ -25,7 +25,7 @@ struct WalkOptions {
 /// One visited item.
 struct WalkEntry {
     FileURL url;
-    bool isDirectory = false;   ///< for a followed link: its target is a folder
+    bool isDirectory = false; ///< for a followed link: its target is a folder
     bool isSymlink = false;
     std::int64_t sizeBytes = 0; ///< logical size of a file; 0 for folders and when unknown
     std::optional<Date> lastModified;
