@@ -10,8 +10,8 @@
 
 namespace korvane {
 
-/// Remembers for 180 days which items the user saw and chose to keep. Failures to write are ignored.
-/// Any thread; several processes may record at once and lose nothing of each other.
+/// Remembers for 180 days which items the user saw and chose to keep. Failures to write are
+/// ignored. Any thread; several processes may record at once and lose nothing of each other.
 class DecisionMemory {
   public:
     static constexpr double retentionSeconds = 15'552'000;
@@ -27,13 +27,18 @@ class DecisionMemory {
 
   private:
     using Skips = std::unordered_map<std::string, Date>;
+    /// What this process changed and has not saved yet; no date: forgotten.
+    using Changes = std::unordered_map<std::string, std::optional<Date>>;
 
-    [[nodiscard]] Skips load(const Date& now) const;
-    void save() const;
+    [[nodiscard]] std::optional<Skips> load() const;
+    void change(const std::string& key, const std::optional<Date>& date);
+    void save();
 
     FileURL fileURL_;
+    Date openedAt_;
     mutable std::mutex lock_;
     Skips skips_;
+    Changes unsaved_;
 };
 
 } // namespace korvane
