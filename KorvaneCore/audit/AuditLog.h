@@ -29,13 +29,13 @@ struct AuditChainResult {
 
 [[nodiscard]] std::string_view rawValue(AuditChainResult::Coverage coverage) noexcept;
 
-/// The append-only, hash-chained record of everything removed and restored: one file of JSON lines a
-/// UTC day. No file is ever rewritten, truncated or deleted. Any thread; several processes may
+/// The append-only, hash-chained record of everything removed and restored: one file of JSON lines
+/// a UTC day. No file is ever rewritten, truncated or deleted. Any thread; several processes may
 /// append at once (a lock on the folder covers reading the head and writing).
 class AuditLog {
   public:
-    /// `rootURL` is usually `<Application Support>/Korvane/Audit`; made on the first append. The key
-    /// store must outlive the log.
+    /// `rootURL` is usually `<Application Support>/Korvane/Audit`; made on the first append. The
+    /// key store must outlive the log.
     AuditLog(FileURL rootURL, AuditKeyStore& keys);
 
     [[nodiscard]] const FileURL& rootURL() const noexcept { return rootURL_; }
@@ -44,7 +44,8 @@ class AuditLog {
     void record(const CleanupOperation& operation, const CleanupResult& result,
                 std::span<const RestorableItem> restorable, const Date& at);
 
-    /// Records a removal that was no CleanupOperation; `paths` are those that went. Throws as above.
+    /// Records a removal that was no CleanupOperation; `paths` are those that went. Throws as
+    /// above.
     void record(std::string scannerID, std::vector<std::string> paths, std::int64_t failedCount,
                 std::int64_t bytesReclaimed, const UUID& operationID,
                 std::vector<RestorableItem> restorable, const Date& at);
@@ -64,7 +65,9 @@ class AuditLog {
     [[nodiscard]] bool hasLogFiles() const;
 
   private:
-    void appendLocked(AuditEntry& entry);
+    // Callers hold both locks.
+    [[nodiscard]] std::optional<std::string> headHash() const;
+    void write(AuditEntry& entry, std::optional<std::string> head);
 
     FileURL rootURL_;
     AuditKeyStore& keys_;
