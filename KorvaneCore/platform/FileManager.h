@@ -34,12 +34,14 @@ class FileManager {
 
     /// Removes a file, a link or a whole tree for good. Never leaves the tree: links are removed
     /// themselves, a mount point inside (bind mounts too) fails the item before anything of it is
-    /// removed. Throws FileError naming the first thing that would not go.
+    /// removed. Throws FileError naming the first thing that would not go, and stops there: what is
+    /// left of an item that the user will be told about as failed is as much as possible.
     virtual void removeItem(const FileURL& url) = 0;
 
-    /// Moves an item, over file systems too (copied, synced, compared, then removed). Never replaces
-    /// anything: EEXIST when something is at `destination`. Throws FileError; then the source is
-    /// whole and nothing of a copy is left.
+    /// Moves an item, over file systems too (copied, synced, compared, then removed). Never
+    /// replaces anything: EEXIST when something is at `destination`. Throws FileError; then the
+    /// source is whole and nothing of a copy is left. Over file systems it has succeeded once the
+    /// copy is in its place: what then cannot be removed of the source stays beside it.
     virtual void moveItem(const FileURL& source, const FileURL& destination) = 0;
 
     /// Moves an item out of the Bin as `moveItem` does and drops the Bin's note about it.
@@ -58,6 +60,9 @@ class FileManager {
 
     /// The real one.
     [[nodiscard]] static FileManager& standard();
+
+    /// The real one with a home Bin elsewhere; it is made when the first item goes there.
+    [[nodiscard]] static std::unique_ptr<FileManager> withHomeTrash(const FileURL& trash);
 };
 
 } // namespace korvane
