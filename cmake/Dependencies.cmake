@@ -4,6 +4,7 @@ find_package(fmt REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(OpenSSL 3 REQUIRED COMPONENTS Crypto)
 find_package(ICU REQUIRED COMPONENTS uc)
+find_package(CLI11 REQUIRED)
 find_package(PkgConfig REQUIRED)
 find_package(simdjson REQUIRED)
 # Only the headers are used: the library itself is loaded when the first secret is asked for.

@@ -1,0 +1,37 @@
+#include "Korvane/command/Selection.h"
+
+#include "Korvane/command/CommandContext.h"
+#include "KorvaneCore/foundation/Text.h"
+
+#include <fmt/format.h>
+
+namespace korvane {
+
+std::unordered_set<UUID> selectedItems(const ToolReview& review,
+                                       const SelectionArguments& arguments) {
+    std::unordered_set<UUID> selected;
+    if (arguments.rule == "preselected") {
+        selected = review.preselected;
+    } else if (arguments.rule == "all") {
+        for (const ScanItem& item : review.result.items) {
+            selected.insert(item.id);
+        }
+    }
+    for (const FileURL& path : arguments.paths) {
+        const std::string key = path.standardized().path();
+        bool found = false;
+        for (const ScanItem& item : review.result.items) {
+            if (itemKey(item) == key) {
+                selected.insert(item.id);
+                found = true;
+            }
+        }
+        if (!found) {
+            throw CommandFailure(fmt::format("{} is not among the items found; nothing was removed",
+                                             displayText(path.path())));
+        }
+    }
+    return selected;
+}
+
+} // namespace korvane
