@@ -53,6 +53,8 @@ Json parseJson(std::string_view document) {
         const std::size_t column =
             before.size() - (lineStart == std::string_view::npos ? 0 : lineStart + 1) + 1;
         throw DecodingError(fmt::format("not valid JSON at line {}, column {}", line, column));
+    } catch (const Json::out_of_range&) {
+        throw DecodingError("not valid JSON: a number is too large");
     }
 }
 
