@@ -55,9 +55,11 @@ Date Date::fromUnixSeconds(std::int64_t seconds) {
 }
 
 std::int64_t Date::unixSeconds() const {
-    // Beyond these bounds no calendar date can be written; a hostile number must not be undefined.
-    constexpr double bound = 250'000'000'000.0;
-    const double seconds = std::isnan(seconds_) ? 0 : std::fmin(std::fmax(seconds_, -bound), bound);
+    // The years 0000 to 9999, all that can be written; a hostile number must not be undefined.
+    constexpr double earliest = -63'145'526'400.0;
+    constexpr double latest = 252'423'993'599.0;
+    const double seconds =
+        std::isnan(seconds_) ? 0 : std::fmin(std::fmax(seconds_, earliest), latest);
     return static_cast<std::int64_t>(std::floor(seconds)) + referenceDateUnixSeconds;
 }
 
