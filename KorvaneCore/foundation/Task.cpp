@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <exception>
+#include <system_error>
 #include <utility>
 
 namespace korvane {
@@ -137,8 +138,12 @@ void concurrentPerform(std::size_t count, const std::function<void(std::size_t)>
         isPoolThread = nested;
     };
     TaskGroup helpers;
-    for (std::size_t i = 1; i < width; ++i) {
-        helpers.addTask(drain);
+    try {
+        for (std::size_t i = 1; i < width; ++i) {
+            helpers.addTask(drain);
+        }
+    } catch (const std::system_error&) {
+        // Out of threads: those that there are, this one at least, do all of the work.
     }
     drain();
     helpers.waitForAll();
