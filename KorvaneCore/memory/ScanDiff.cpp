@@ -15,7 +15,7 @@ std::optional<ScanDiff> ScanDiff::make(const ScanResult& previous, const ScanRes
     for (const ScanItem& item : previous.items) {
         previousSizes.insert_or_assign(itemKey(item), item.sizeBytes);
     }
-    ScanDiff diff{.previousScanDate = previous.finishedAt, .newPaths = {}, .growth = {}};
+    ScanDiff diff{.previousScanDate = previous.finishedAt};
     std::unordered_set<std::string> currentKeys;
     currentKeys.reserve(current.items.size());
     for (const ScanItem& item : current.items) {

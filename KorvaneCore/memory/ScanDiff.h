@@ -21,9 +21,9 @@ struct ScanDiff {
         friend bool operator==(const Change&, const Change&) = default;
     };
 
-    Date previousScanDate;
-    std::unordered_set<std::string> newPaths;
-    std::unordered_map<std::string, std::int64_t> growth; ///< bytes, at least 1
+    Date previousScanDate{};
+    std::unordered_set<std::string> newPaths{};
+    std::unordered_map<std::string, std::int64_t> growth{}; ///< bytes, at least 1
     std::int64_t vanishedCount = 0;
     std::int64_t vanishedBytes = 0; ///< previous sizes of what vanished
 

@@ -16,11 +16,11 @@ namespace korvane {
 /// two items of one path but different ids are different items.
 struct ScanItem {
     UUID id = UUID::random();
-    FileURL url;
+    FileURL url{};
     std::int64_t sizeBytes = 0; ///< bytes the item occupies; the whole tree for a folder
-    std::optional<Date> lastModified;
-    std::string category;    ///< groups the results; UTF-8
-    std::string heuristicID; ///< the catalogue row that justified it
+    std::optional<Date> lastModified{};
+    std::string category{};    ///< groups the results; UTF-8
+    std::string heuristicID{}; ///< the catalogue row that justified it
     bool isDirectory = false;
 
     [[nodiscard]] const std::string& path() const noexcept { return url.path(); }
@@ -41,6 +41,7 @@ struct ScanItem {
 
 } // namespace korvane
 
-template <> struct std::hash<korvane::ScanItem> {
+template <>
+struct std::hash<korvane::ScanItem> {
     std::size_t operator()(const korvane::ScanItem& item) const noexcept;
 };

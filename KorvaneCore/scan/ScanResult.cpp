@@ -31,8 +31,7 @@ Json ScanResult::toJson(DateForm dates) const {
 ScanResult ScanResult::fromJson(const Json& object) {
     ScanResult result{.scannerID = requireString(object, "scannerID"),
                       .startedAt = decodeDate(requireMember(object, "startedAt"), "startedAt"),
-                      .finishedAt = decodeDate(requireMember(object, "finishedAt"), "finishedAt"),
-                      .items = {}};
+                      .finishedAt = decodeDate(requireMember(object, "finishedAt"), "finishedAt")};
     const Json& encodedItems = requireMember(object, "items");
     if (!encodedItems.is_array()) {
         throw DecodingError("\"items\" must be a list");

@@ -10,10 +10,10 @@ namespace korvane {
 
 /// What one run of a scanner produced.
 struct ScanResult {
-    std::string scannerID;
-    Date startedAt;
-    Date finishedAt;
-    std::vector<ScanItem> items; ///< in the scanner's order
+    std::string scannerID{};
+    Date startedAt{};
+    Date finishedAt{};
+    std::vector<ScanItem> items{}; ///< in the scanner's order
 
     /// The sum of the items' sizes in bytes; overflow is fatal.
     [[nodiscard]] std::int64_t totalBytes() const;

@@ -138,7 +138,7 @@ TEST(ScanResult, readsBackWhatItWroteAndRefusesTheRest) {
 }
 
 TEST(ScanResult, withoutItemsHoldsNothing) {
-    const ScanResult empty{.scannerID = "trash", .startedAt = {}, .finishedAt = {}, .items = {}};
+    const ScanResult empty{.scannerID = "trash"};
     EXPECT_EQ(empty.totalBytes(), 0);
     EXPECT_EQ(empty.formattedTotal(), "0 bytes");
     EXPECT_EQ(compactJson(empty.toJson(DateForm::iso8601)),
@@ -147,7 +147,7 @@ TEST(ScanResult, withoutItemsHoldsNothing) {
 }
 
 TEST(ScanResultDeathTest, neverWrapsATotal) {
-    ScanResult result{.scannerID = "x", .startedAt = {}, .finishedAt = {}, .items = {}};
+    ScanResult result;
     result.items.assign(2, sampleItem());
     result.items[0].sizeBytes = std::numeric_limits<std::int64_t>::max();
     EXPECT_DEATH((void)result.totalBytes(), "fatal.*overflow");
