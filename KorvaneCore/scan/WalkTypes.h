@@ -14,10 +14,11 @@ namespace korvane {
 
 /// What a walk visits.
 struct WalkOptions {
-    bool includeHidden = false;           ///< names that begin with ".", below the root
-    bool followSymlinks = false;          ///< a link to a folder is entered like that folder
-    std::optional<std::int64_t> maxDepth; ///< deepest depth whose folders are entered; absent: all
-    std::set<std::string> pruneDirectoryNames; ///< visited but never entered (exact bytes)
+    bool includeHidden = false;  ///< names that begin with ".", below the root
+    bool followSymlinks = false; ///< a link to a folder is entered like that folder
+    /// Deepest depth whose folders are entered; absent: all.
+    std::optional<std::int64_t> maxDepth = {};
+    std::set<std::string> pruneDirectoryNames = {}; ///< visited but never entered (exact bytes)
 
     friend bool operator==(const WalkOptions&, const WalkOptions&) = default;
 };
@@ -28,7 +29,7 @@ struct WalkEntry {
     bool isDirectory = false; ///< for a followed link: its target is a folder
     bool isSymlink = false;
     std::int64_t sizeBytes = 0; ///< logical size of a file; 0 for folders and when unknown
-    std::optional<Date> lastModified;
+    std::optional<Date> lastModified = {};
     std::int64_t depth = 0; ///< 0 for the root; -1 in entries of the measuring operations
 
     friend bool operator==(const WalkEntry&, const WalkEntry&) = default;
@@ -48,7 +49,7 @@ struct WalkSummary {
     std::int64_t entriesVisited = 0; ///< entries handed to the visitor
     bool stopped = false;            ///< the visitor answered `stop`
     bool cancelled = false;
-    std::vector<WalkError> errors; ///< in the order met
+    std::vector<WalkError> errors = {}; ///< in the order met
 
     friend bool operator==(const WalkSummary&, const WalkSummary&) = default;
 };
