@@ -137,7 +137,7 @@ TEST_F(ExclusionStoreTest, startsEmptyOnABadFileAndLeavesItUntilTheNextChange) {
         folder_.makeFile(fileName, document);
         ExclusionStore store = makeStore();
         EXPECT_TRUE(store.items().empty()) << document;
-        EXPECT_FALSE(store.remove(*UUID::fromText(id)));
+        EXPECT_FALSE(store.remove(UUID::fromText(id).value()));
         EXPECT_EQ(folder_.content(fileName), document);
         const Exclusion added = addPath(store, "~/new");
         EXPECT_EQ(makeStore().items(), std::vector<Exclusion>{added}) << document;

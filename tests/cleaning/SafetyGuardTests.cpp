@@ -15,7 +15,7 @@ constexpr auto allowed = std::nullopt;
 class SafetyGuardTest : public ::testing::Test {
   protected:
     /// "~" is the home, "@" the folder two levels above it.
-    [[nodiscard]] FileURL expand(std::string path) const {
+    [[nodiscard]] FileURL expand(const std::string& path) const {
         if (path.starts_with('~')) {
             return FileURL(home_.path() + path.substr(1));
         }
