@@ -11,7 +11,8 @@ namespace korvane {
 
 namespace {
 
-/// The mount that the folder is on, or will be on once it is made.
+/// The mount that the folder is on, or will be on once it is made. Nothing, with `errno` set, when
+/// that cannot be told; then nobody may say that it is on another one.
 std::optional<std::uint64_t> mountOfNearest(FileURL folder) {
     while (true) {
         const FileDescriptor existing(open(folder.path().c_str(), O_PATH | O_CLOEXEC));
@@ -76,7 +77,11 @@ TrashDirectory& LinuxBin::trashFor(const ItemPlace& item) {
 }
 
 std::unique_ptr<TrashDirectory> LinuxBin::openFor(std::uint64_t mount) const {
-    if (mountOfNearest(homeTrash_) == mount) {
+    const auto homeMount = mountOfNearest(homeTrash_);
+    if (!homeMount) {
+        return nullptr;
+    }
+    if (homeMount == mount) {
         auto home = TrashDirectory::openHome(homeTrash_);
         if (home && home->mount() != mount) {
             home.reset();

@@ -18,10 +18,10 @@ int makeFolder(const std::string& path, mode_t mode) {
     }
     const int error = errno;
     struct stat facts {};
-    if (error == ENOENT || stat(path.c_str(), &facts) != 0) {
-        return error;
+    if (error != ENOENT && stat(path.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode)) {
+        return 0;
     }
-    return S_ISDIR(facts.st_mode) ? 0 : error == EEXIST ? ENOTDIR : error;
+    return error == EEXIST ? ENOTDIR : error;
 }
 
 } // namespace

@@ -22,7 +22,7 @@ namespace {
 
 FileDescriptor openResolving(int parent, const char* path, int flags, std::uint64_t resolve) {
     open_how how{};
-    how.flags = static_cast<std::uint64_t>(flags | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    how.flags = static_cast<std::uint64_t>(flags | O_DIRECTORY | O_CLOEXEC);
     how.resolve = resolve;
     long descriptor = -1;
     do {
