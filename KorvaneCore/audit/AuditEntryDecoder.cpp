@@ -98,7 +98,7 @@ bool readList(json::value& value, std::vector<Element>& list, Read read) {
     std::size_t count = 0;
     for (auto result : array) {
         json::value element;
-        if (std::move(result).get(element) != simdjson::SUCCESS) {
+        if (result.get(element) != simdjson::SUCCESS) {
             return false;
         }
         if (count == list.size()) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <span>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,7 +21,7 @@ namespace {
 
 /// Only ever seen after a crash: whoever makes a day file holds the folder's lock.
 constexpr const char* newFileName = ".new-audit-file";
-constexpr std::size_t blockSize = 256 * 1024;
+constexpr std::size_t blockSize = 262'144;
 
 /// Never follows a link and never waits for the other end of a FIFO. Empty with `errno` set.
 FileDescriptor openAt(int folder, const char* name, int flags) noexcept {

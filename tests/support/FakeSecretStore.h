@@ -2,7 +2,6 @@
 
 #include "KorvaneCore/platform/SecretStore.h"
 
-#include <functional>
 #include <map>
 #include <string>
 #include <utility>
