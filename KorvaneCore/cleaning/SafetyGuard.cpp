@@ -122,7 +122,7 @@ void SafetyGuard::protectImmediateFolders() {
     }
     DirectoryReader::Buffer buffer = DirectoryReader::makeBuffer();
     DirectoryReader reader(home.get(), buffer);
-    for (auto entry = reader.next(); entry.has_value(); entry = reader.next()) {
+    while (const auto entry = reader.next()) {
         if (isFolder(home.get(), *entry)) {
             protect(homeDirectory_.appending(entry->name));
         }

@@ -123,7 +123,8 @@ TEST_F(ExclusionStoreTest, writesAndReadsBackPathsOfAnyBytes) {
 }
 
 TEST_F(ExclusionStoreTest, startsEmptyOnABadFileAndLeavesItUntilTheNextChange) {
-    const std::string id = UUID::random().text();
+    const UUID known = UUID::random();
+    const std::string id = known.text();
     const std::vector<std::string> documents = {
         R"([{"id":")" + id + R"(","path":"~/a"}])",
         R"([{"id":")" + id + R"(","path":"~/a","note":null}])",
@@ -137,7 +138,7 @@ TEST_F(ExclusionStoreTest, startsEmptyOnABadFileAndLeavesItUntilTheNextChange) {
         folder_.makeFile(fileName, document);
         ExclusionStore store = makeStore();
         EXPECT_TRUE(store.items().empty()) << document;
-        EXPECT_FALSE(store.remove(UUID::fromText(id).value()));
+        EXPECT_FALSE(store.remove(known));
         EXPECT_EQ(folder_.content(fileName), document);
         const Exclusion added = addPath(store, "~/new");
         EXPECT_EQ(makeStore().items(), std::vector<Exclusion>{added}) << document;
