@@ -4,6 +4,7 @@
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/JsonForms.h"
 #include "Korvane/command/Terminal.h"
+#include "KorvaneCore/cleaning/Restorer.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scan/ByteDisplay.h"
 
@@ -18,17 +19,24 @@ struct AuditArguments {
     std::string reason;
 };
 
-std::string entryText(const AuditEntry& entry) {
-    std::string text = fmt::format(
-        "{}  {}  {} of {} removed, {}\n", entry.timestamp.iso8601(),
-        Terminal::styled(displayText(moduleName(entry.scannerID)), Terminal::Style::bold),
-        entry.succeededCount, entry.itemCount, ByteDisplay::formatAmount(entry.bytesReclaimed));
+std::string summary(const AuditEntry& entry) {
     if (entry.chainRestart) {
-        text = fmt::format("{}  acknowledged break at {}: {}\n", entry.timestamp.iso8601(),
+        return fmt::format("acknowledged break at {}: {}",
                            entry.chainRestart->acknowledgedOperationID.text(),
                            displayText(entry.chainRestart->reason));
     }
-    text += fmt::format("    {}\n", entry.operationID.text());
+    const std::string module =
+        Terminal::styled(displayText(moduleName(entry.scannerID)), Terminal::Style::bold);
+    if (entry.scannerID == Restorer::scannerID) {
+        return fmt::format("{}  {} put back", module, entry.succeededCount);
+    }
+    return fmt::format("{}  {} of {} removed, {}", module, entry.succeededCount, entry.itemCount,
+                       ByteDisplay::formatAmount(entry.bytesReclaimed));
+}
+
+std::string entryText(const AuditEntry& entry) {
+    std::string text = fmt::format("{}  {}\n    {}\n", entry.timestamp.iso8601(), summary(entry),
+                                   entry.operationID.text());
     for (const std::string& path : entry.paths) {
         text += fmt::format("    {}\n", displayText(path));
     }

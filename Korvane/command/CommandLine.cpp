@@ -7,6 +7,7 @@
 #include "KorvaneCore/foundation/Text.h"
 
 #include <algorithm>
+#include <optional>
 
 #include <fmt/format.h>
 
@@ -40,6 +41,29 @@ std::string commandName(const CLI::App& app) {
 int usageError(const std::string& sentence, const CLI::App& app) {
     Terminal::note(fmt::format("{}; see `{} --help`", sentence, commandName(app)));
     return exitUsage;
+}
+
+/// The first word that stands where a command should and is none. The parser itself would only say
+/// that one is missing.
+std::optional<std::string> unknownCommand(const CLI::App& root,
+                                          const std::vector<std::string>& arguments) {
+    const CLI::App* app = &root;
+    for (const std::string& word : arguments) {
+        const auto commands = app->get_subcommands([](const CLI::App*) { return true; });
+        if (commands.empty() || word.starts_with('-')) {
+            return std::nullopt;
+        }
+        const auto found =
+            std::find_if(commands.begin(), commands.end(),
+                         [&](const CLI::App* command) { return command->get_name() == word; });
+        if (found == commands.end()) {
+            return fmt::format("there is no command \"{}\"; see `{} --help`", displayText(word),
+                               app == &root ? root.get_name()
+                                            : root.get_name() + " " + app->get_name());
+        }
+        app = *found;
+    }
+    return std::nullopt;
 }
 
 /// The parser's complaint on one line.
@@ -81,6 +105,10 @@ int runCommandLine(const std::vector<std::string>& arguments, Services& services
                  "back.",
                  "korvane");
     build(app, context);
+    if (const auto sentence = unknownCommand(app, arguments)) {
+        Terminal::note(*sentence);
+        return exitUsage;
+    }
     try {
         // The parser takes the arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

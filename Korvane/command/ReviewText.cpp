@@ -86,7 +86,8 @@ Style riskStyle(HeuristicRisk risk) {
     return Style::plain;
 }
 
-std::string itemLine(const ToolReview& review, const ScanItem& item, const FileURL& home) {
+std::string itemLine(const ToolReview& review, const ScanItem& item, const FileURL& home,
+                     std::size_t columns) {
     const PathHeuristic* row = PathHeuristics::heuristic(item.heuristicID);
     const std::string risk =
         row == nullptr
@@ -97,7 +98,7 @@ std::string itemLine(const ToolReview& review, const ScanItem& item, const FileU
         fmt::format("  {} {}  {}  {}{}\n", mark, Terminal::padLeft(item.formattedSize(), 9), risk,
                     shownPath(item, home), Terminal::styled(marks(review, item), Style::dim));
     if (const auto found = review.refused.find(item.id); found != review.refused.end()) {
-        line += Terminal::styled(fmt::format("      {}\n", found->second), Style::yellow);
+        line += Terminal::styled(Terminal::wrapped(found->second, 6, columns), Style::yellow);
     }
     return line;
 }
@@ -136,7 +137,7 @@ std::string reviewText(const ToolReview& review, const FileURL& home, std::size_
             if (review.preselected.contains(item->id)) {
                 selected.add(*item);
             }
-            text += itemLine(review, *item, home);
+            text += itemLine(review, *item, home, columns);
         }
         text += "\n";
     }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace korvane {
@@ -34,6 +35,9 @@ struct RestorableOp {
 /// What it is given must outlive it. Any thread.
 class Restorer {
   public:
+    /// Marks the entries of the log that record a restore.
+    static constexpr std::string_view scannerID = "restore";
+
     Restorer(AuditLog& audit, FileManager& fileManager);
 
     /// Does not throw and never stops early.
@@ -46,6 +50,8 @@ class Restorer {
     [[nodiscard]] std::vector<RestorableOp> restorableOperations() const;
 
   private:
+    void record(const std::vector<RestorableItem>& restored) const;
+
     AuditLog& audit_;
     FileManager& fileManager_;
 };

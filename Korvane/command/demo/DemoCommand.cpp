@@ -53,6 +53,18 @@ UserFolders becomeSampleUser(const FileURL& home) {
     return UserFolders::current();
 }
 
+/// As a shell would have to be told; a "~" at the beginning stays one.
+std::string asTyped(const std::vector<std::string>& command) {
+    std::string text;
+    for (const std::string& word : command) {
+        text += ' ';
+        for (const char c : word) {
+            text += c == ' ' ? "\\ " : std::string(1, c);
+        }
+    }
+    return text;
+}
+
 /// Runs the steps as a person would type them, each shown before it runs.
 class Demo {
   public:
@@ -67,7 +79,7 @@ class Demo {
     bool step(std::string_view sentence, const std::vector<std::string>& command,
               int expected = exitDone) {
         say(sentence);
-        Terminal::printLine(fmt::format("$ korvane {}\n", fmt::join(command, " ")));
+        Terminal::printLine(fmt::format("$ korvane{}\n", asTyped(command)));
         return runCommandLine(command, services_) == expected;
     }
 
