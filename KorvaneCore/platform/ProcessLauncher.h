@@ -15,7 +15,7 @@ struct ProcessRequest {
     std::vector<std::string> arguments;                 ///< without the program's own name
     std::optional<std::chrono::milliseconds> timeLimit; ///< none: as long as it takes
     /// Bytes of output kept; the rest is read and dropped.
-    std::size_t outputLimit = 64U * 1024U * 1024U;
+    std::size_t outputLimit = 64UL * 1024UL * 1024UL;
     bool captureErrors = false; ///< keep standard error too; else it goes to /dev/null
     /// Ends the program when the surrounding task is cancelled.
     bool endsWithTask = true;

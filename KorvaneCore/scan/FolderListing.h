@@ -23,10 +23,13 @@ class FolderListing {
     /// Adds every name in an open folder. Answers 0 or the errno of a failed read.
     [[nodiscard]] int readAll(int folder, DirectoryReader::Buffer& buffer) {
         DirectoryReader reader(folder, buffer);
-        while (const auto entry = reader.next()) {
+        while (true) {
+            const auto entry = reader.next();
+            if (!entry) {
+                return reader.error();
+            }
             add(entry->name);
         }
-        return reader.error();
     }
 
     /// Ascending order of the names' bytes.

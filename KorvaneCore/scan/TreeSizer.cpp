@@ -306,7 +306,11 @@ void SizingWorker::readFolder() {
     FolderListing folders;
     searchable_ = false;
     DirectoryReader reader(trail_.descriptor(), buffer_);
-    while (const auto entry = reader.next()) {
+    while (true) {
+        const auto entry = reader.next();
+        if (!entry) {
+            break;
+        }
         if (isCancelled()) {
             cancelAll();
             break;

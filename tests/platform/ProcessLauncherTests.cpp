@@ -215,7 +215,7 @@ TEST(ProcessLauncher, endsAProgramAndItsChildrenWithTheTask) {
 TEST(ProcessLauncher, doesNotWaitForWhatAProgramLeavesRunning) {
     const ProcessOutcome outcome = run(shell("sleep 1000 & echo $!"));
     EXPECT_TRUE(outcome.succeeded());
-    const pid_t left = std::atoi(outcome.output.c_str());
+    const auto left = static_cast<pid_t>(std::strtol(outcome.output.c_str(), nullptr, 10));
     ASSERT_GT(left, 0);
     EXPECT_TRUE(isRunning(left));
     kill(left, SIGKILL);

@@ -377,10 +377,9 @@ void makeRandomTree(const TemporaryFolder& folder, unsigned seed, int entries) {
     folder.makeFolder("top");
     for (int i = 0; i < entries; ++i) {
         const std::string parent = folders[dice() % folders.size()];
-        std::string name = (dice() % 6 == 0 ? "." : "") +
-                           std::string(1, static_cast<char>("aZ~\xE9 \n"[dice() % 6])) +
-                           std::to_string(i);
-        name = parent + "/" + name;
+        std::string name = parent + (dice() % 6 == 0 ? "/." : "/");
+        name += "aZ~\xE9 \n"[dice() % 6];
+        name += std::to_string(i);
         switch (dice() % 8) {
         case 0:
         case 1:
