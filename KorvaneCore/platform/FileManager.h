@@ -15,8 +15,8 @@ class BinSession {
     virtual ~BinSession() = default;
 
     /// Moves the item itself (never what a link points to) to the Bin of its file system and
-    /// answers where it is now. Throws FileError; then the item is still in its place: it is never
-    /// erased and never copied.
+    /// answers where it is now. As for `removeItem`, no link may lie above it. Throws FileError;
+    /// then the item is still in its place: it is never erased and never copied.
     virtual FileURL trashItem(const FileURL& url) = 0;
 
     /// Makes everything moved so far durable: one flush a file system touched. Never throws; a
@@ -32,10 +32,12 @@ class FileManager {
 
     [[nodiscard]] virtual std::unique_ptr<BinSession> openBin() = 0;
 
-    /// Removes a file, a link or a whole tree for good. Never leaves the tree: links are removed
-    /// themselves, a mount point inside (bind mounts too) fails the item before anything of it is
-    /// removed. Throws FileError naming the first thing that would not go, and stops there: what is
-    /// left of an item that the user will be told about as failed is as much as possible.
+    /// Removes a file, a link or a whole tree for good. No link may lie on the path above the item
+    /// (ELOOP): the caller judged where the path leads, and hands over that place. Never leaves the
+    /// tree: links are removed themselves, a mount point inside (bind mounts too) fails the item
+    /// before anything of it is removed. Throws FileError naming the first thing that would not go,
+    /// and stops there: what is left of an item that the user will be told about as failed is as
+    /// much as possible.
     virtual void removeItem(const FileURL& url) = 0;
 
     /// Moves an item, over file systems too (copied, synced, compared, then removed). Never

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <iterator>
 #include <stdexcept>
 
@@ -281,6 +282,24 @@ TEST_F(CleanerTest, judgesAnItemThatBecameALinkByWhereItPoints) {
                     "failed ~/c/home/Documents (protectedLocation)"));
     EXPECT_THAT(folder_.listing("home"), ElementsAre("Documents/", "c/", "c/home@"));
     EXPECT_TRUE(folder_.exists("other/data"));
+}
+
+TEST_F(CleanerTest, doesNotFollowALinkPutInPlaceOfAFolderAfterTheJudgement) {
+    for (const DeletionMode mode : {trash, permanent}) {
+        folder_.makeFile("home/c/app/file", "cache");
+        folder_.makeFile("home/Documents/file", "thesis");
+        files_.onCall([&](const std::string& call) {
+            if (call.ends_with("/c/app/file") && !call.starts_with("available")) {
+                std::filesystem::rename(url("~/c/app").path(), url("~/c/moved").path());
+                folder_.makeLink("home/c/app", url("~/Documents").path());
+            }
+        });
+        EXPECT_THAT(account(clean(operation({"~/c/app/file"}), mode)),
+                    ElementsAre("failed ~/c/app/file (other)"));
+        EXPECT_EQ(folder_.content("home/Documents/file"), "thesis");
+        EXPECT_EQ(folder_.content("home/c/moved/file"), "cache");
+        std::filesystem::remove_all(url("~/c").path());
+    }
 }
 
 TEST_F(CleanerTest, removesThroughALinkedFolderWhatWasJudged) {

@@ -88,11 +88,10 @@ TEST(Bin, takesTheItemItselfWithANoteOfWhereItWas) {
     folder.makeFile("tree/a/b");
     folder.makeLink("link", "precious");
     folder.makeLink("dangling", "nowhere");
-    folder.makeLink("above", ".");
     std::set<std::string> trashed;
     for (const std::string& name : {std::string("tree"), std::string("link"),
                                     std::string("dangling"), std::string("-n \n%41\xFFé"),
-                                    std::string("above/through a link"), std::string(255, 'x')}) {
+                                    std::string(255, 'x')}) {
         if (!folder.exists(name)) {
             folder.makeFile(name, name);
         }
@@ -101,8 +100,7 @@ TEST(Bin, takesTheItemItselfWithANoteOfWhereItWas) {
         EXPECT_EQ(now.deletingLastPathComponent(), folder.at("data/Trash/files"));
         EXPECT_TRUE(home.manager->itemExists(now));
         EXPECT_FALSE(folder.exists(name));
-        const std::string real = name.starts_with("above/") ? name.substr(6) : name;
-        EXPECT_EQ(notedPath(folder, now), folder.at(real).path());
+        EXPECT_EQ(notedPath(folder, now), folder.at(name).path());
     }
     EXPECT_TRUE(home.bin->synchronize());
     EXPECT_TRUE(folder.exists("precious/letter"));

@@ -52,6 +52,15 @@ TEST_P(FileManagerContract, bringsAnItemBackFromTheBinWithoutItsNote) {
     EXPECT_THAT(folder.listing("Trash"), ElementsAre("files/", "info/"));
 }
 
+TEST_P(FileManagerContract, takesNothingThroughALinkAboveIt) {
+    folder.makeFile("precious/letter");
+    folder.makeLink("cache", "precious");
+    EXPECT_EQ(errorOf([&] { manager->removeItem(folder.at("cache/letter")); }), ELOOP);
+    const auto bin = manager->openBin();
+    EXPECT_EQ(errorOf([&] { bin->trashItem(folder.at("cache/letter")); }), ELOOP);
+    EXPECT_TRUE(folder.exists("precious/letter"));
+}
+
 TEST_P(FileManagerContract, movesWithoutReplacingAnything) {
     folder.makeFile("a", "a");
     folder.makeFolder("empty");

@@ -65,15 +65,14 @@ TEST(SafeRemoval, takesEverythingInTheTreeAndNothingThatLinksPointTo) {
     folder.makeFolder("tree/empty");
     ASSERT_EQ(mkfifo(folder.at("tree/a/pipe").path().c_str(), 0600), 0);
     folder.makeLink("alias", "tree");
-    folder.makeLink("above", ".");
 
     FileManager& manager = FileManager::standard();
     manager.removeItem(FileURL(folder.path() + "/alias/"));
     EXPECT_TRUE(folder.exists("tree/up"))
         << "a trailing slash must not turn a link into its target";
-    manager.removeItem(folder.at("above/tree"));
+    manager.removeItem(folder.at("tree"));
 
-    EXPECT_THAT(folder.listing(), ElementsAre("above@", "precious/", "precious/letter"));
+    EXPECT_THAT(folder.listing(), ElementsAre("precious/", "precious/letter"));
 }
 
 TEST(SafeRemoval, refusesPathsThatNameNoItemInAFolder) {

@@ -93,8 +93,8 @@ void moveAcross(const ItemPlace& source, const ItemPlace& destination, MountTabl
 } // namespace
 
 void moveItemExclusively(const FileURL& source, const FileURL& destination, MountTable& mounts) {
-    const ItemPlace from = openItemPlace(source, ItemAction::move);
-    const ItemPlace to = openItemPlace(destination, ItemAction::move);
+    const ItemPlace from = openItemPlaceThroughLinks(source, ItemAction::move);
+    const ItemPlace to = openItemPlaceThroughLinks(destination, ItemAction::move);
     if (!isThere(from)) {
         const int error = errno;
         throw itemError(ItemAction::move, error, from.path());
@@ -116,12 +116,12 @@ void dropTrashNote(const FileURL& trashed) noexcept {
     try {
         const FileURL files = trashed.deletingLastPathComponent();
         if (files.lastPathComponent() != "files" ||
-            isThere(openItemPlace(trashed, ItemAction::move))) {
+            isThere(openItemPlaceThroughLinks(trashed, ItemAction::move))) {
             return;
         }
         const std::string note =
             std::string(trashed.lastPathComponent()) + std::string(trashInfoExtension);
-        const ItemPlace place = openItemPlace(
+        const ItemPlace place = openItemPlaceThroughLinks(
             files.deletingLastPathComponent().appending("info").appending(note), ItemAction::move);
         const FileDescriptor file(openat(place.parent.get(), note.c_str(),
                                          O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));

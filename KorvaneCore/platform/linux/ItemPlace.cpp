@@ -26,20 +26,24 @@ ItemPlace openItemPlace(const FileURL& item, ItemAction action) {
     if (isRefused(item)) {
         throw itemError(action, EINVAL, item.path(), "the path does not name an item in a folder");
     }
-    const FileURL parent = item.deletingLastPathComponent();
     ItemPlace place;
     place.name = item.lastPathComponent();
-    place.parentPath = parent.standardized().path();
+    place.parentPath = item.deletingLastPathComponent().standardized().path();
     place.parent = openWithoutLinks(place.parentPath, O_PATH);
-    if (!place.parent && errno == ELOOP) {
-        place.parentPath = parent.resolvingSymlinks().path();
-        place.parent = openWithoutLinks(place.parentPath, O_PATH);
-    }
     if (!place.parent) {
         const int error = errno;
-        throw itemError(action, error, item.path());
+        throw error == ELOOP ? itemError(action, error, item.path(), "a link lies on the way to it")
+                             : itemError(action, error, item.path());
     }
     return place;
+}
+
+ItemPlace openItemPlaceThroughLinks(const FileURL& item, ItemAction action) {
+    if (isRefused(item)) {
+        return openItemPlace(item, action); // which says so
+    }
+    const FileURL parent = item.deletingLastPathComponent().resolvingSymlinks();
+    return openItemPlace(parent.appending(item.lastPathComponent()), action);
 }
 
 } // namespace korvane

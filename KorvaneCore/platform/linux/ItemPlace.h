@@ -18,9 +18,13 @@ struct ItemPlace {
     [[nodiscard]] std::string path() const;
 };
 
-/// Resolves the links above the item, once, and opens its parent, on whose path no link may lie any
-/// more. Refuses (EINVAL) the root, relative paths and paths with "." or ".." as the last name or
-/// ".." anywhere. Throws FileError; ENOENT when the parent is not there.
+/// Opens the item's parent, on whose path no link may lie (ELOOP): whoever judged the path resolved
+/// it, and a link that is there now was put there since. Refuses (EINVAL) the root, relative paths
+/// and paths with "." or ".." as the last name or ".." anywhere. Throws FileError; ENOENT when the
+/// parent is not there.
 [[nodiscard]] ItemPlace openItemPlace(const FileURL& item, ItemAction action);
+
+/// As above after resolving the links above the item, once: for places that nobody judges.
+[[nodiscard]] ItemPlace openItemPlaceThroughLinks(const FileURL& item, ItemAction action);
 
 } // namespace korvane

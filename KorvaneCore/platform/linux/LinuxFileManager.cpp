@@ -54,7 +54,7 @@ bool LinuxFileManager::itemExists(const FileURL& url) const {
     }
     // Longer than one call takes; in pieces it may be there all the same.
     try {
-        const ItemPlace place = openItemPlace(url, ItemAction::move);
+        const ItemPlace place = openItemPlaceThroughLinks(url, ItemAction::move);
         return fstatat(place.parent.get(), place.name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
     } catch (const FileError&) {
         return false;
