@@ -35,7 +35,8 @@ void moveToFreePlace(FileManager& files, const FileURL& trashed, const FileURL& 
                 files.restoreItem(trashed, destination);
                 return;
             } catch (const FileError& error) {
-                if (error.posixError() != EEXIST) {
+                // With nothing there after all, trying on could go on for ever.
+                if (error.posixError() != EEXIST || !files.itemExists(destination)) {
                     throw;
                 }
             }
@@ -45,8 +46,10 @@ void moveToFreePlace(FileManager& files, const FileURL& trashed, const FileURL& 
     }
 }
 
+/// A NUL would cut the path short where the system reads it.
 bool isPlain(const FileURL& url) {
-    return url.isAbsolute() && !url.hasParentTraversal() && url.path() != "/";
+    return url.isAbsolute() && !url.hasParentTraversal() && url.path() != "/" &&
+           url.path().find('\0') == std::string::npos;
 }
 
 } // namespace
@@ -55,7 +58,8 @@ Restorer::Restorer(AuditLog& audit, FileManager& fileManager)
     : audit_(audit), fileManager_(fileManager) {}
 
 bool Restorer::isStillInBin(const RestorableItem& item) const {
-    return fileManager_.itemExists(FileURL(pathFromText(item.trashed)));
+    const FileURL trashed(pathFromText(item.trashed));
+    return isPlain(trashed) && fileManager_.itemExists(trashed);
 }
 
 RestoreOutcome Restorer::restore(std::span<const RestorableItem> items) const {
