@@ -286,19 +286,21 @@ TEST_F(CleanerTest, judgesAnItemThatBecameALinkByWhereItPoints) {
 
 TEST_F(CleanerTest, doesNotFollowALinkPutInPlaceOfAFolderAfterTheJudgement) {
     for (const DeletionMode mode : {trash, permanent}) {
-        folder_.makeFile("home/c/app/file", "cache");
-        folder_.makeFile("home/Documents/file", "thesis");
-        files_.onCall([&](const std::string& call) {
-            if (call.ends_with("/c/app/file") && !call.starts_with("available")) {
-                std::filesystem::rename(url("~/c/app").path(), url("~/c/moved").path());
-                folder_.makeLink("home/c/app", url("~/Documents").path());
-            }
-        });
-        EXPECT_THAT(account(clean(operation({"~/c/app/file"}), mode)),
-                    ElementsAre("failed ~/c/app/file (other)"));
-        EXPECT_EQ(folder_.content("home/Documents/file"), "thesis");
-        EXPECT_EQ(folder_.content("home/c/moved/file"), "cache");
-        std::filesystem::remove_all(url("~/c").path());
+        for (const std::string& inside : {std::string("/file"), std::string("/deep/file")}) {
+            folder_.makeFile("home/c/app" + inside, "cache");
+            folder_.makeFile("home/Documents" + inside, "thesis");
+            files_.onCall([&](const std::string& call) {
+                if (call.ends_with("/c/app" + inside) && !call.starts_with("available")) {
+                    std::filesystem::rename(url("~/c/app").path(), url("~/c/moved").path());
+                    folder_.makeLink("home/c/app", url("~/Documents").path());
+                }
+            });
+            EXPECT_THAT(account(clean(operation({"~/c/app" + inside}), mode)),
+                        ElementsAre("failed ~/c/app" + inside + " (other)"));
+            EXPECT_EQ(folder_.content("home/Documents" + inside), "thesis");
+            EXPECT_EQ(folder_.content("home/c/moved" + inside), "cache");
+            std::filesystem::remove_all(url("~/c").path());
+        }
     }
 }
 
