@@ -50,41 +50,33 @@ TEST(FileSystemWalker, visitsWhatTheOptionsSay) {
     folder.makeLink("dangling", "nowhere");
     ASSERT_EQ(mkfifo(folder.at("pipe").path().c_str(), 0600), 0);
 
-    struct Row {
-        const char* name;
-        WalkOptions options;
-        std::vector<std::string> lines;
+    const auto expectVisits = [&](const char* name, const WalkOptions& options,
+                                  const std::vector<std::string>& lines) {
+        SCOPED_TRACE(name);
+        const Walked walk = walked(folder.url(), options);
+        EXPECT_THAT(walk.lines, ElementsAreArray(lines));
+        EXPECT_EQ(walk.summary.entriesVisited, static_cast<std::int64_t>(lines.size()));
+        expectTotalAgrees(folder.url(), options, walk);
     };
-    const Row rows[] = {
-        {"defaults",
-         {},
-         {"0 ./", "1 A", "1 B", "1 a/", "2 a/x", "1 a.b", "1 bytes \xFF\n/", "2 bytes \xFF\n/\xC3",
-          "1 dangling@", "1 node_modules/", "2 node_modules/deep/",
-          "3 node_modules/deep/node_modules/", "4 node_modules/deep/node_modules/file", "1 pipe",
-          "1 toFile@", "1 toFolder@"}},
-        {"hidden, pruned below depth 0",
-         {.includeHidden = true, .pruneDirectoryNames = {"node_modules", "toFile", "a.b"}},
-         {"0 ./", "1 .hidden/", "2 .hidden/seen", "1 A", "1 B", "1 a/", "2 a/.hidden", "2 a/x",
-          "1 a.b", "1 bytes \xFF\n/", "2 bytes \xFF\n/\xC3", "1 dangling@", "1 node_modules/",
-          "1 pipe", "1 toFile@", "1 toFolder@"}},
-        {"depth 0", {.maxDepth = 0}, {"0 ./"}},
-        {"depth 1",
-         {.maxDepth = 1},
-         {"0 ./", "1 A", "1 B", "1 a/", "1 a.b", "1 bytes \xFF\n/", "1 dangling@",
-          "1 node_modules/", "1 pipe", "1 toFile@", "1 toFolder@"}},
-        {"links followed, each folder once",
-         {.followSymlinks = true, .pruneDirectoryNames = {"deep"}},
-         {"0 ./", "1 A", "1 B", "1 a/", "2 a/x", "1 a.b", "1 bytes \xFF\n/", "2 bytes \xFF\n/\xC3",
-          "1 dangling@", "1 node_modules/", "2 node_modules/deep/", "1 pipe", "1 toFile@",
-          "1 toFolder/@"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        const Walked walk = walked(folder.url(), row.options);
-        EXPECT_THAT(walk.lines, ElementsAreArray(row.lines));
-        EXPECT_EQ(walk.summary.entriesVisited, static_cast<std::int64_t>(row.lines.size()));
-        expectTotalAgrees(folder.url(), row.options, walk);
-    }
+    expectVisits("defaults", {},
+                 {"0 ./", "1 A", "1 B", "1 a/", "2 a/x", "1 a.b", "1 bytes \xFF\n/",
+                  "2 bytes \xFF\n/\xC3", "1 dangling@", "1 node_modules/", "2 node_modules/deep/",
+                  "3 node_modules/deep/node_modules/", "4 node_modules/deep/node_modules/file",
+                  "1 pipe", "1 toFile@", "1 toFolder@"});
+    expectVisits("hidden, pruned below depth 0",
+                 {.includeHidden = true, .pruneDirectoryNames = {"node_modules", "toFile", "a.b"}},
+                 {"0 ./", "1 .hidden/", "2 .hidden/seen", "1 A", "1 B", "1 a/", "2 a/.hidden",
+                  "2 a/x", "1 a.b", "1 bytes \xFF\n/", "2 bytes \xFF\n/\xC3", "1 dangling@",
+                  "1 node_modules/", "1 pipe", "1 toFile@", "1 toFolder@"});
+    expectVisits("depth 0", {.maxDepth = 0}, {"0 ./"});
+    expectVisits("depth 1", {.maxDepth = 1},
+                 {"0 ./", "1 A", "1 B", "1 a/", "1 a.b", "1 bytes \xFF\n/", "1 dangling@",
+                  "1 node_modules/", "1 pipe", "1 toFile@", "1 toFolder@"});
+    expectVisits("links followed, each folder once",
+                 {.followSymlinks = true, .pruneDirectoryNames = {"deep"}},
+                 {"0 ./", "1 A", "1 B", "1 a/", "2 a/x", "1 a.b", "1 bytes \xFF\n/",
+                  "2 bytes \xFF\n/\xC3", "1 dangling@", "1 node_modules/", "2 node_modules/deep/",
+                  "1 pipe", "1 toFile@", "1 toFolder/@"});
 }
 
 TEST(FileSystemWalker, treatsTheRootByItsOwnRules) {
@@ -93,25 +85,19 @@ TEST(FileSystemWalker, treatsTheRootByItsOwnRules) {
     folder.makeFile(".Trash/.unseen");
     folder.makeLink("link", ".Trash");
     folder.makeFile("plain", "12345");
-    struct Row {
-        const char* root;
-        WalkOptions options;
-        std::vector<std::string> lines;
+    const auto expectVisits = [&](const char* root, const WalkOptions& options,
+                                  const std::vector<std::string>& lines) {
+        SCOPED_TRACE(root);
+        const Walked walk = walked(folder.at(root), options);
+        EXPECT_THAT(walk.lines, ElementsAreArray(lines));
+        expectTotalAgrees(folder.at(root), options, walk);
     };
-    const Row rows[] = {
-        {".Trash", {.pruneDirectoryNames = {".Trash"}}, {"0 ./", "1 seen"}},
-        {"plain", {}, {"0 ."}},
-        {"link", {}, {"0 .@"}},
-        {"link", {.followSymlinks = true}, {"0 ./@", "1 seen"}},
-        {"missing", {}, {"!.: No such file or directory"}},
-        {"plain/below", {}, {"!.: Not a directory"}},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.root);
-        const Walked walk = walked(folder.at(row.root), row.options);
-        EXPECT_THAT(walk.lines, ElementsAreArray(row.lines));
-        expectTotalAgrees(folder.at(row.root), row.options, walk);
-    }
+    expectVisits(".Trash", {.pruneDirectoryNames = {".Trash"}}, {"0 ./", "1 seen"});
+    expectVisits("plain", {}, {"0 ."});
+    expectVisits("link", {}, {"0 .@"});
+    expectVisits("link", {.followSymlinks = true}, {"0 ./@", "1 seen"});
+    expectVisits("missing", {}, {"!.: No such file or directory"});
+    expectVisits("plain/below", {}, {"!.: Not a directory"});
     // "." and ".." are taken out of the root before anything is looked at.
     const auto summary = FileSystemWalker().walk(folder.at("no/../such/./gone"), nullptr,
                                                  [](const WalkEntry&) { return proceed; });
