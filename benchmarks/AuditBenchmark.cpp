@@ -40,7 +40,7 @@ class SampleLog {
 
 void verifyChain(benchmark::State& state) {
     SampleLog sample(static_cast<std::uint64_t>(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         const AuditChainResult result = sample.log().verifyChain();
         if (result.checkedCount != state.range(0)) {
             state.SkipWithError("the chain does not verify");
@@ -51,7 +51,7 @@ void verifyChain(benchmark::State& state) {
 
 void readEntries(benchmark::State& state) {
     SampleLog sample(static_cast<std::uint64_t>(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         benchmark::DoNotOptimize(sample.log().entries());
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -60,7 +60,7 @@ void readEntries(benchmark::State& state) {
 /// One record at the end of a log; most of it is waiting for the disk.
 void appendRecord(benchmark::State& state) {
     SampleLog sample(static_cast<std::uint64_t>(state.range(0)));
-    for (auto _ : state) {
+    for ([[maybe_unused]] const auto iteration : state) {
         sample.log().record("trash", {"/home/ann/a"}, 0, 1, UUID::random(), {}, Date::now());
     }
 }

@@ -33,7 +33,7 @@ class AuditFixture : public ::testing::Test {
     }
 
     static Date noon(int day) {
-        return Date::fromISO8601("2026-11-01T12:00:00Z").value().adding((day - 1) * 86'400.0);
+        return Date::fromUnixSeconds(1'793'534'400).adding((day - 1) * 86'400.0);
     }
 
     static std::string fileName(int day) {

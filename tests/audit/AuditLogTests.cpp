@@ -73,7 +73,8 @@ TEST_F(AuditLogTest, neverLosesARecordToBytesThatAreNoText) {
     const AuditEntry entry = log.entries().at(0);
     EXPECT_EQ(entry.itemCount, 2);
     EXPECT_EQ(entry.paths, std::vector<std::string>{"file:///a%FF"});
-    EXPECT_EQ(entry.restorable->at(0), (RestorableItem{"file:///a%FF", "file:///bin/a%FF"}));
+    EXPECT_EQ(entry.restorable,
+              (std::vector<RestorableItem>{{"file:///a%FF", "file:///bin/a%FF"}}));
     expectVerified(1);
 }
 

@@ -196,7 +196,7 @@ TEST_F(RestorerTest, listsTheOperationsOfWhichSomethingIsLeft) {
     EXPECT_EQ(operations[0].entry.operationID, newest);
     EXPECT_EQ(operations[1].entry.operationID, both);
     EXPECT_EQ(operations[1].restorableCount, 1);
-    EXPECT_EQ(operations[1].entry.restorable->size(), 2U);
+    EXPECT_EQ(operations[1].entry.restorable, (std::vector{kept, emptied}));
 }
 
 } // namespace korvane::testing

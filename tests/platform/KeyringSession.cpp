@@ -17,6 +17,7 @@ namespace {
 /// descriptors.
 pid_t start(const std::vector<std::string>& command, int input, int output) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const std::string& argument : command) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
     }
@@ -32,6 +33,12 @@ pid_t start(const std::vector<std::string>& command, int input, int output) {
         _exit(127);
     }
     return child;
+}
+
+/// Only before the process has threads. Without a value the variable goes.
+void setVariable(const char* name, const char* value = nullptr) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe)
+    static_cast<void>(value == nullptr ? unsetenv(name) : setenv(name, value, 1));
 }
 
 int finish(pid_t child) {
@@ -86,10 +93,10 @@ KeyringSession::KeyringSession() {
                         "<allow own=\"*\"/></policy></busconfig>");
     for (const char* variable :
          {"HOME", "XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"}) {
-        setenv(variable, folder_.makeFolder(variable).path().c_str(), 1);
+        setVariable(variable, folder_.makeFolder(variable).path().c_str());
     }
-    unsetenv("DISPLAY");
-    unsetenv("WAYLAND_DISPLAY");
+    setVariable("DISPLAY");
+    setVariable("WAYLAND_DISPLAY");
     int pipe[2] = {-1, -1};
     EXPECT_EQ(pipe2(pipe, O_CLOEXEC), 0);
     bus_ = start({"dbus-daemon", "--nofork", "--nosyslog", "--print-address",
@@ -100,7 +107,7 @@ KeyringSession::KeyringSession() {
     EXPECT_GT(read(pipe[0], address, sizeof(address) - 1), 0) << "no session bus";
     close(pipe[0]);
     const std::string text(address);
-    setenv("DBUS_SESSION_BUS_ADDRESS", text.substr(0, text.find('\n')).c_str(), 1);
+    setVariable("DBUS_SESSION_BUS_ADDRESS", text.substr(0, text.find('\n')).c_str());
 }
 
 KeyringSession::~KeyringSession() {
@@ -133,6 +140,11 @@ void KeyringSession::lockKeyring() const {
 
 void KeyringSession::signalKeyring(int signal) const {
     ASSERT_EQ(kill(keyring_, signal), 0);
+}
+
+void KeyringSession::hideBus() {
+    setVariable("DBUS_SESSION_BUS_ADDRESS");
+    setVariable("XDG_RUNTIME_DIR");
 }
 
 void KeyringSession::endBus() const {

@@ -23,9 +23,10 @@ class KeyringSession {
     void startKeyring();
     void stopKeyring();
     void lockKeyring() const;
-    /// Sends a signal to the service or to the bus.
     void signalKeyring(int signal) const;
     void endBus() const;
+    /// Takes what leads to the bus out of the environment.
+    static void hideBus();
 
     [[nodiscard]] const TemporaryFolder& folder() const { return folder_; }
 

@@ -186,8 +186,7 @@ TEST(UserSecretStore, usesAFileWithoutAServiceAndGoesOnWithItUnderOne) {
 TEST(UserSecretStore, usesAFileWithoutASessionBus) {
     inASession([](KeyringSession& session) {
         session.startKeyring();
-        unsetenv("DBUS_SESSION_BUS_ADDRESS");
-        unsetenv("XDG_RUNTIME_DIR");
+        KeyringSession::hideBus();
         const auto store = makeUserSecretStore(UserFolders::current());
         expectContract(*store);
         EXPECT_EQ(session.folder().listing("XDG_DATA_HOME/Korvane/Secrets").size(), 3U);
