@@ -1,6 +1,7 @@
 #include "KorvaneCore/foundation/FileURL.h"
 
 #include "KorvaneCore/foundation/FileDescriptor.h"
+#include "KorvaneCore/foundation/PercentCoding.h"
 
 #include <algorithm>
 #include <array>
@@ -30,41 +31,8 @@ void forEachName(std::string_view path, Visitor visit) {
     }
 }
 
-bool isPathCharacter(char c) {
-    constexpr std::string_view legal = "-._~/!$&'()*+,=:@";
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           legal.find(c) != std::string_view::npos;
-}
-
-int hexValue(char c) {
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    const char lower = static_cast<char>(c | 0x20);
-    return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-std::optional<std::string> percentDecoded(std::string_view text) {
-    std::string bytes;
-    bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '?' || text[i] == '#' || text[i] == '\0') {
-            return std::nullopt;
-        }
-        if (text[i] != '%') {
-            bytes += text[i];
-            continue;
-        }
-        const int high = i + 2 < text.size() ? hexValue(text[i + 1]) : -1;
-        const int low = i + 2 < text.size() ? hexValue(text[i + 2]) : -1;
-        if (high < 0 || low < 0 || (high == 0 && low == 0)) {
-            return std::nullopt;
-        }
-        bytes += static_cast<char>(high * 16 + low);
-        i += 2;
-    }
-    return bytes;
-}
+/// What a path in a URL may hold as it is, besides letters and digits.
+constexpr std::string_view legalInPath = "-._~/!$&'()*+,=:@";
 
 /// Whether the kernel finds the whole path without meeting a link: one call instead of one a
 /// component, which is what almost every path needs. False also where the kernel cannot say.
@@ -113,24 +81,15 @@ std::optional<FileURL> FileURL::fromAbsoluteString(std::string_view text) {
         return std::nullopt;
     }
     auto path = percentDecoded(text);
-    return path ? std::optional(FileURL(std::move(*path))) : std::nullopt;
+    const bool hasQuery = text.find_first_of("?#") != std::string_view::npos;
+    if (!path || hasQuery || path->find('\0') != std::string::npos) {
+        return std::nullopt;
+    }
+    return FileURL(std::move(*path));
 }
 
 std::string FileURL::absoluteString() const {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text = "file://";
-    text.reserve(text.size() + path_.size());
-    for (const char c : path_) {
-        if (isPathCharacter(c)) {
-            text += c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            text += '%';
-            text += digits[byte >> 4U];
-            text += digits[byte & 15U];
-        }
-    }
-    return text;
+    return "file://" + percentCoded(path_, legalInPath);
 }
 
 std::vector<std::string> FileURL::pathComponents() const {

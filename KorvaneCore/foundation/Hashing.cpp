@@ -1,10 +1,7 @@
 #include "KorvaneCore/foundation/Hashing.h"
 
 #include "KorvaneCore/foundation/CheckedArithmetic.h"
-
-#include <system_error>
-
-#include <sys/random.h>
+#include "KorvaneCore/foundation/RandomBytes.h"
 
 #include <openssl/core_names.h>
 #include <openssl/evp.h>
@@ -97,14 +94,7 @@ Digest256 HMACSHA256::authenticate(std::string_view message) {
 
 Key256 randomKey256() {
     Key256 key{};
-    std::size_t filled = 0;
-    while (filled < key.size()) {
-        const ssize_t got = getrandom(key.data() + filled, key.size() - filled, 0);
-        if (got < 0 && errno != EINTR) {
-            throw std::system_error(errno, std::generic_category(), "getrandom");
-        }
-        filled += got > 0 ? static_cast<std::size_t>(got) : 0;
-    }
+    fillRandom(key);
     return key;
 }
 

@@ -1,9 +1,8 @@
 #include "KorvaneCore/foundation/UUID.h"
 
-#include <cstring>
-#include <system_error>
+#include "KorvaneCore/foundation/RandomBytes.h"
 
-#include <sys/random.h>
+#include <cstring>
 
 namespace korvane {
 
@@ -22,18 +21,11 @@ int digit(char c) {
 }
 
 /// Random bytes fetched in blocks: a scan makes thousands of identities.
-void fillRandom(std::array<std::uint8_t, 16>& bytes) {
+void takeRandom(std::array<std::uint8_t, 16>& bytes) {
     thread_local std::array<std::uint8_t, 1024> pool;
     thread_local std::size_t used = pool.size();
     if (used + bytes.size() > pool.size()) {
-        std::size_t filled = 0;
-        while (filled < pool.size()) {
-            const ssize_t got = getrandom(pool.data() + filled, pool.size() - filled, 0);
-            if (got < 0 && errno != EINTR) {
-                throw std::system_error(errno, std::generic_category(), "getrandom");
-            }
-            filled += got > 0 ? static_cast<std::size_t>(got) : 0;
-        }
+        fillRandom(pool);
         used = 0;
     }
     std::memcpy(bytes.data(), pool.data() + used, bytes.size());
@@ -44,7 +36,7 @@ void fillRandom(std::array<std::uint8_t, 16>& bytes) {
 
 UUID UUID::random() {
     UUID id;
-    fillRandom(id.bytes_);
+    takeRandom(id.bytes_);
     id.bytes_[6] = static_cast<std::uint8_t>((id.bytes_[6] & 0x0FU) | 0x40U);
     id.bytes_[8] = static_cast<std::uint8_t>((id.bytes_[8] & 0x3FU) | 0x80U);
     return id;

@@ -34,11 +34,9 @@ void makeParents(const FileURL& url) {
 
 } // namespace
 
-TemporaryFolder::TemporaryFolder()
-    : url_(makeUnique(fs::temp_directory_path().string())) {}
+TemporaryFolder::TemporaryFolder() : url_(makeUnique(fs::temp_directory_path().string())) {}
 
-TemporaryFolder::TemporaryFolder(const std::string& parent)
-    : url_(makeUnique(parent)) {}
+TemporaryFolder::TemporaryFolder(const std::string& parent) : url_(makeUnique(parent)) {}
 
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;

@@ -1,5 +1,7 @@
 #include "KorvaneCore/platform/linux/TrashInfo.h"
 
+#include "KorvaneCore/foundation/PercentCoding.h"
+
 #include <fmt/format.h>
 
 namespace korvane {
@@ -32,26 +34,6 @@ std::string_view cut(std::string_view text, std::size_t longest) {
     return text.substr(0, isContinuation(text[end]) ? longest : end);
 }
 
-std::string percentCoded(std::string_view path) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    constexpr std::string_view kept = "-_.~/";
-    std::string text;
-    text.reserve(path.size());
-    for (const char c : path) {
-        const bool isPlain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-                             (c >= '0' && c <= '9') || kept.find(c) != std::string_view::npos;
-        if (isPlain) {
-            text += c;
-        } else {
-            const auto byte = static_cast<unsigned char>(c);
-            text += '%';
-            text += digits[byte >> 4U];
-            text += digits[byte & 15U];
-        }
-    }
-    return text;
-}
-
 } // namespace
 
 std::string trashName(std::string_view name, std::uint64_t number, std::size_t longest) {
@@ -70,8 +52,8 @@ std::string trashInfoText(std::string_view path, std::time_t deletedAt) {
     localtime_r(&deletedAt, &local);
     return fmt::format("[Trash Info]\nPath={}\n"
                        "DeletionDate={:04}-{:02}-{:02}T{:02}:{:02}:{:02}\n",
-                       percentCoded(path), local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
-                       local.tm_hour, local.tm_min, local.tm_sec);
+                       percentCoded(path, "-_.~/"), local.tm_year + 1900, local.tm_mon + 1,
+                       local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
 }
 
 } // namespace korvane

@@ -17,7 +17,7 @@ inline constexpr std::string_view trashInfoExtension = ".trashinfo";
 [[nodiscard]] std::string trashName(std::string_view name, std::uint64_t number,
                                     std::size_t longest);
 
-/// The text of the note, as the freedesktop.org Trash specification has it. `path` is written
+/// The text of the note, as the freedesktop.org Trash convention has it. `path` is written
 /// percent-coded, the moment as local time.
 [[nodiscard]] std::string trashInfoText(std::string_view path, std::time_t deletedAt);
 
