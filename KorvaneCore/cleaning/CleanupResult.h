@@ -68,8 +68,9 @@ struct CleanupResult {
     std::vector<CleanupFailure> failed;
     std::vector<CleanupSkip> skipped;
     DeletionMode mode = DeletionMode::trash;
-    std::optional<std::int64_t> spaceFreedOnDisk; ///< measured growth of free space, at least 1 byte
-    std::optional<std::string> auditFailure;      ///< why the audit record could not be written
+    std::optional<std::int64_t>
+        spaceFreedOnDisk;                    ///< measured growth of free space, at least 1 byte
+    std::optional<std::string> auditFailure; ///< why the audit record could not be written
 
     friend bool operator==(const CleanupResult&, const CleanupResult&) = default;
 };

@@ -8,8 +8,8 @@
 
 namespace korvane {
 
-/// The last result of every scanner, one JSON file each. Failures to write are ignored: the cache is
-/// a convenience. Any thread.
+/// The last result of every scanner, one JSON file each. Failures to write are ignored: the cache
+/// is a convenience. Any thread.
 class ScanResultCache {
   public:
     /// `directory` is usually `<Application Support>/Korvane/ScanCache`; made here if it can be.

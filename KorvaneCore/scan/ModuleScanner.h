@@ -19,9 +19,9 @@ struct ScanProgress {
 /// May be called from any thread, any number of times.
 using ScanProgressHandler = std::function<void(const ScanProgress&)>;
 
-/// What every tool that looks for reclaimable space implements. A scan does not fail: what cannot be
-/// read is left out. It is cancelled by cancelling the task that runs it, and then returns what it
-/// had gathered.
+/// What every tool that looks for reclaimable space implements. A scan does not fail: what cannot
+/// be read is left out. It is cancelled by cancelling the task that runs it, and then returns what
+/// it had gathered.
 class ModuleScanner {
   public:
     virtual ~ModuleScanner() = default;

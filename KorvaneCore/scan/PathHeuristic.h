@@ -18,7 +18,7 @@ struct PathHeuristic {
     std::string_view pathPattern; ///< also shown verbatim
     HeuristicRisk risk = HeuristicRisk::high;
     std::string_view whySafe;
-    std::string_view scannerID; ///< the scanner that evaluates it
+    std::string_view scannerID;     ///< the scanner that evaluates it
     bool enumerateChildren = false; ///< each immediate child is an item of its own
 
     [[nodiscard]] std::string_view riskExplanation() const noexcept { return explanation(risk); }
@@ -27,8 +27,8 @@ struct PathHeuristic {
     [[nodiscard]] std::string expandedPath(const FileURL& home) const;
     [[nodiscard]] FileURL url(const FileURL& home) const { return FileURL(expandedPath(home)); }
 
-    /// Names of the immediate children of this row's folder that other rows claim, so that a scanner
-    /// which proposes each child proposes no location twice.
+    /// Names of the immediate children of this row's folder that other rows claim, so that a
+    /// scanner which proposes each child proposes no location twice.
     [[nodiscard]] std::set<std::string> claimedChildNames(const FileURL& home) const;
 
     friend bool operator==(const PathHeuristic&, const PathHeuristic&) = default;

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-/// The fixed catalogue of every location that the program may ever propose. Data, not configuration:
-/// nothing loads it and nobody edits it. The rows themselves, one named constant each, are in
-/// PathHeuristicRows.h.
+/// The fixed catalogue of every location that the program may ever propose. Data, not
+/// configuration: nothing loads it and nobody edits it. The rows themselves, one named constant
+/// each, are in PathHeuristicRows.h.
 namespace korvane::PathHeuristics {
 
 /// All rows in catalogue order.

@@ -8,8 +8,8 @@
 namespace korvane {
 
 /// Finds the page, compile and GPU caches of eight web browsers, one item a cache folder, in all
-/// profiles. Nothing else of a profile is ever proposed or walked. Largest first; equal sizes in the
-/// order of browsers, profiles and folders.
+/// profiles. Nothing else of a profile is ever proposed or walked. Largest first; equal sizes in
+/// the order of browsers, profiles and folders.
 class BrowserCacheScanner final : public ModuleScanner {
   public:
     explicit BrowserCacheScanner(FileURL home, std::string id = "browser-cache",

@@ -14,9 +14,8 @@ using ::testing::UnorderedElementsAre;
 using Sizes = std::vector<std::pair<const char*, std::int64_t>>;
 
 ScanResult resultOf(const Sizes& sizes, std::string scannerID = "cache-cleaner") {
-    ScanResult result{.scannerID = std::move(scannerID),
-                      .startedAt = Date(100),
-                      .finishedAt = Date(200)};
+    ScanResult result{
+        .scannerID = std::move(scannerID), .startedAt = Date(100), .finishedAt = Date(200)};
     for (const auto& [path, size] : sizes) {
         result.items.push_back({.url = FileURL(path), .sizeBytes = size});
     }

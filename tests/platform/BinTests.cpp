@@ -89,9 +89,9 @@ TEST(Bin, takesTheItemItselfWithANoteOfWhereItWas) {
     folder.makeLink("link", "precious");
     folder.makeLink("dangling", "nowhere");
     std::set<std::string> trashed;
-    for (const std::string& name : {std::string("tree"), std::string("link"),
-                                    std::string("dangling"), std::string("-n \n%41\xFFé"),
-                                    std::string(255, 'x')}) {
+    for (const std::string& name :
+         {std::string("tree"), std::string("link"), std::string("dangling"),
+          std::string("-n \n%41\xFFé"), std::string(255, 'x')}) {
         if (!folder.exists(name)) {
             folder.makeFile(name, name);
         }

@@ -38,7 +38,8 @@ void makeDeepTree(const FileURL& top, std::size_t levels, std::size_t nameLength
     }
 }
 
-/// Asks a file manager of its own: one made before a child got mounts of its own knows the old ones.
+/// Asks a file manager of its own: one made before a child got mounts of its own knows the old
+/// ones.
 std::string reasonOf(const FileURL& url) {
     try {
         FileManager::withHomeTrash(FileURL("/nowhere"))->removeItem(url);

@@ -49,7 +49,9 @@ FileDescriptor openWith(int parent, const char* name, int flags) noexcept {
 
 } // namespace
 
-DirectoryReader::Buffer DirectoryReader::makeBuffer() { return Buffer(bufferSize); }
+DirectoryReader::Buffer DirectoryReader::makeBuffer() {
+    return Buffer(bufferSize);
+}
 
 std::optional<DirectoryReader::Entry> DirectoryReader::next() noexcept {
     while (true) {
