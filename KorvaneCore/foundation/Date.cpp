@@ -95,7 +95,9 @@ std::optional<Date> Date::fromISO8601(std::string_view text) {
         return std::nullopt;
     }
     const std::int64_t days = std::chrono::sys_days(day).time_since_epoch().count();
-    return fromUnixSeconds(days * 86'400 + *hour * 3600 + *minute * 60 + *second);
+    const std::int64_t secondOfDay =
+        std::int64_t{*hour} * 3600 + std::int64_t{*minute} * 60 + *second;
+    return fromUnixSeconds(days * 86'400 + secondOfDay);
 }
 
 } // namespace korvane

@@ -23,8 +23,7 @@ std::string errorText(int posixError) {
     return textOf(posixError);
 }
 
-// The path is copied: arguments are evaluated in any order, and the sentence needs it too.
-FileError::FileError(int posixError, std::string_view action, std::string path)
+FileError::FileError(int posixError, std::string_view action, const std::string& path)
     : FileError(posixError,
                 fmt::format("Could not {} {}: {}", action, displayText(path), textOf(posixError)),
                 action, path) {}

@@ -12,7 +12,7 @@ namespace korvane {
 class FileError : public std::system_error {
   public:
     /// `action` completes "Could not …", for example "remove" or "create the folder".
-    FileError(int posixError, std::string_view action, std::string path);
+    FileError(int posixError, std::string_view action, const std::string& path);
 
     /// As above with a sentence of the caller's own, for failures that errno describes badly.
     FileError(int posixError, std::string sentence, std::string_view action, std::string path);

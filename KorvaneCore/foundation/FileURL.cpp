@@ -212,7 +212,9 @@ FileURL FileURL::resolvingSymlinks() const {
             removeLastName(resolved);
             continue;
         }
-        std::string candidate = resolved + "/" + name;
+        std::string candidate = resolved;
+        candidate += '/';
+        candidate += name;
         const auto target = links < linkLimit ? linkTarget(candidate) : std::nullopt;
         if (!target) {
             resolved = std::move(candidate);
