@@ -14,5 +14,12 @@ function(korvane_target target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
   if(KORVANE_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+      # At -O3 g++ 12 sees these in the inlined code of std::string and std::vector, where they are
+      # not; they are shown and do not fail the build.
+      target_compile_options(${target} PRIVATE -Wno-error=array-bounds -Wno-error=restrict
+        -Wno-error=stringop-overflow -Wno-error=stringop-overread -Wno-error=maybe-uninitialized
+        -Wno-error=dangling-pointer -Wno-error=free-nonheap-object)
+    endif()
   endif()
 endfunction()
