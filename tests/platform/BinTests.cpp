@@ -20,7 +20,6 @@ namespace korvane::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// The path in the note of what is `<trash>/files/NAME` now.
 std::string notedPath(const TemporaryFolder& folder, const FileURL& trashed) {
@@ -184,6 +183,9 @@ TEST(Bin, keepsTheCodeOfWhatAnOrdinaryUserMayNotMove) {
         }
         return "moved";
     });
+    if (IsSkipped()) {
+        return;
+    }
     EXPECT_TRUE(folder.exists("locked/file"));
     EXPECT_THAT(folder.listing("mine/Trash"), ElementsAre("files/", "info/"));
 }

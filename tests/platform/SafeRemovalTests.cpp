@@ -23,7 +23,6 @@ namespace korvane::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 /// `levels` folders, one in the other, each with a file beside it. Goes by descriptors, because no
@@ -33,7 +32,8 @@ void makeDeepTree(const FileURL& top, std::size_t levels, std::size_t nameLength
     FileDescriptor folder(open(top.path().c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     for (std::size_t level = 0; level < levels; ++level) {
         ASSERT_EQ(mkdirat(folder.get(), name.c_str(), 0700), 0);
-        FileDescriptor(openat(folder.get(), "file", O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+        const FileDescriptor file(
+            openat(folder.get(), "file", O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
         folder = FileDescriptor(openat(folder.get(), name.c_str(), O_PATH | O_CLOEXEC));
     }
 }

@@ -3,7 +3,6 @@
 #include "KorvaneCore/foundation/FileError.h"
 
 #include <array>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -76,8 +75,11 @@ void enterPrivateMounts() {
         check(unshare(CLONE_NEWNS), "no mounts of its own");
     } else {
         const uid_t user = geteuid();
+        const gid_t group = getegid();
         check(unshare(CLONE_NEWUSER | CLONE_NEWNS), "no mounts of its own");
-        std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+        std::ofstream("/proc/self/uid_map") << "0 " + std::to_string(user) + " 1";
+        std::ofstream("/proc/self/setgroups") << "deny";
+        std::ofstream("/proc/self/gid_map") << "0 " + std::to_string(group) + " 1";
     }
     check(mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr), "no private mounts");
 }
@@ -114,9 +116,8 @@ int runProgram(const std::vector<std::string>& arguments) {
         const int nowhere = open("/dev/null", O_RDWR);
         dup2(nowhere, STDOUT_FILENO);
         dup2(nowhere, STDERR_FILENO);
-        // The leak check cannot work in a traced process.
-        setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
         std::vector<char*> raw;
+        raw.reserve(arguments.size() + 1);
         for (const std::string& argument : arguments) {
             raw.push_back(const_cast<char*>(argument.c_str()));
         }

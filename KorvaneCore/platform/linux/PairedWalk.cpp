@@ -25,7 +25,7 @@ std::vector<std::string> namesIn(int folder) {
     std::vector<std::string> names;
     DirectoryReader::Buffer buffer = DirectoryReader::makeBuffer();
     DirectoryReader reader(folder, buffer);
-    while (const auto entry = reader.next()) {
+    for (auto entry = reader.next(); entry.has_value(); entry = reader.next()) {
         names.emplace_back(entry->name);
     }
     if (reader.error() != 0) {

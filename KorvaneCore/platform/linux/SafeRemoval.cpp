@@ -86,19 +86,25 @@ class TreeRemoval {
         fail(isReplaced ? errno : openError, name);
     }
 
+    void removeEntry(Level& level, int folder, const DirectoryReader::Entry& entry) const {
+        int error = EISDIR;
+        if (entry.kind != DirectoryReader::Kind::folder) {
+            error = unlinkat(folder, entry.name.data(), 0) == 0 ? 0 : errno;
+        }
+        if (error == EISDIR) {
+            level.pending.add(entry.name);
+        } else if (error == 0) {
+            level.removedSomething = true;
+        } else if (error != ENOENT) {
+            fail(error, entry.name);
+        }
+    }
+
     void removeFiles(Level& level) {
         const int folder = folders_.descriptor();
         DirectoryReader reader(folder, buffer_);
-        while (const auto entry = reader.next()) {
-            if (entry->kind == DirectoryReader::Kind::folder) {
-                level.pending.add(entry->name);
-            } else if (unlinkat(folder, entry->name.data(), 0) == 0) {
-                level.removedSomething = true;
-            } else if (errno == EISDIR) {
-                level.pending.add(entry->name);
-            } else if (errno != ENOENT) {
-                fail(errno, entry->name);
-            }
+        for (auto entry = reader.next(); entry.has_value(); entry = reader.next()) {
+            removeEntry(level, folder, *entry);
         }
         if (reader.error() != 0) {
             fail(reader.error());
