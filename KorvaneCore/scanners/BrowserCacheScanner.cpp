@@ -4,10 +4,9 @@
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/platform/FolderFacts.h"
-#include "KorvaneCore/scan/FileSystemSize.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scanners/ItemCollection.h"
 
-#include <algorithm>
 #include <array>
 #include <iterator>
 #include <span>
@@ -114,40 +113,17 @@ class CacheFolderFinder {
         }
     }
 
-    /// A cache moved elsewhere with a link left behind is not proposed: removing the link would
-    /// free nothing of the size measured through it, and its target is no cache folder of the
-    /// browser.
     void add(FileURL url, const std::string& category) {
-        FileFacts facts;
-        if (readFacts(AT_FDCWD, url.path().c_str(), facts) != 0 ||
-            facts.kind == DirectoryReader::Kind::link) {
-            return;
+        if (auto item = itemAt(std::move(url), *browser_.heuristic, category)) {
+            item->isDirectory = true;
+            items_.push_back(std::move(*item));
         }
-        items_.push_back({.url = std::move(url),
-                          .lastModified = Date::fromTimespec(facts.modified),
-                          .category = category,
-                          .heuristicID = std::string(browser_.heuristic->id),
-                          .isDirectory = true});
     }
 
     const BrowserDef& browser_;
     FileURL root_;
     std::vector<ScanItem> items_;
 };
-
-/// Sizes the items and drops those that hold nothing.
-void measure(std::vector<ScanItem>& items) {
-    std::vector<FileURL> urls;
-    urls.reserve(items.size());
-    for (const ScanItem& item : items) {
-        urls.push_back(item.url);
-    }
-    const std::vector<std::int64_t> sizes = FileSystemSize::allocatedSizes(urls);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        items[i].sizeBytes = sizes[i];
-    }
-    std::erase_if(items, [](const ScanItem& item) { return item.sizeBytes < 1; });
-}
 
 } // namespace
 
@@ -159,18 +135,13 @@ ScanResult BrowserCacheScanner::scan(const ScanProgressHandler& progress) const 
     for (std::size_t i = 0; i < browsers.size() && !Task::isCancelled(); ++i) {
         progress({fmt::format("Checking {}…", browsers[i].name), static_cast<double>(i) * 0.125});
         std::vector<ScanItem> found = CacheFolderFinder(browsers[i], home_).find();
-        measure(found);
-        // Sizes cut short by a cancellation would understate what removal takes away.
-        if (!Task::isCancelled()) {
-            std::move(found.begin(), found.end(), std::back_inserter(result.items));
-        }
+        measureItems(found);
+        std::move(found.begin(), found.end(), std::back_inserter(result.items));
     }
     if (!Task::isCancelled()) {
         progress({"Done", 1.0});
     }
-    std::stable_sort(
-        result.items.begin(), result.items.end(),
-        [](const ScanItem& a, const ScanItem& b) { return a.sizeBytes > b.sizeBytes; });
+    sortLargestFirst(result.items);
     result.finishedAt = Date::now();
     return result;
 }
