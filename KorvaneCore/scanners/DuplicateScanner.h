@@ -1,0 +1,37 @@
+#pragma once
+
+#include "KorvaneCore/foundation/FileURL.h"
+#include "KorvaneCore/scan/ModuleScanner.h"
+
+#include <cstdint>
+#include <string>
+
+namespace korvane {
+
+/// Finds files of identical content below one folder, by the SHA-256 digest of all of their bytes
+/// and by nothing else. Every member of a group is an item; its category is the group's digest in
+/// lower-case hexadecimal. Within a group the newest comes first, undated ones last, equal dates in
+/// the order of the walk; groups come in the order in which their first members were met. Files
+/// that are not the same from the walk to their last byte are left out. Works on the calling thread
+/// alone. Cancelled, it returns the groups among the files it had hashed.
+class DuplicateScanner final : public ModuleScanner {
+  public:
+    /// `minimumBytes`: smaller files are ignored.
+    DuplicateScanner(FileURL rootURL, std::int64_t minimumBytes);
+
+    using ModuleScanner::scan;
+    [[nodiscard]] const std::string& id() const override { return id_; }
+    [[nodiscard]] const std::string& displayName() const override { return displayName_; }
+    [[nodiscard]] ScanResult scan(const ScanProgressHandler& progress) const override;
+
+    [[nodiscard]] const FileURL& rootURL() const noexcept { return rootURL_; }
+    [[nodiscard]] std::int64_t minimumBytes() const noexcept { return minimumBytes_; }
+
+  private:
+    std::string id_ = "duplicate-finder";
+    std::string displayName_ = "Duplicate Finder";
+    FileURL rootURL_;
+    std::int64_t minimumBytes_;
+};
+
+} // namespace korvane
