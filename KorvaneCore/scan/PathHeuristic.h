@@ -6,6 +6,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvane {
 
@@ -26,6 +27,11 @@ struct PathHeuristic {
     /// The pattern with a leading "~" replaced by the home folder.
     [[nodiscard]] std::string expandedPath(const FileURL& home) const;
     [[nodiscard]] FileURL url(const FileURL& home) const { return FileURL(expandedPath(home)); }
+
+    /// The folders and files that the pattern names outright, links as they are: what comes before
+    /// a choice of profiles, projects or names, and before a description in parentheses. None for a
+    /// name that is searched for and for what the user chooses.
+    [[nodiscard]] std::vector<FileURL> places(const FileURL& home) const;
 
     /// Names of the immediate children of this row's folder that other rows claim, so that a
     /// scanner which proposes each child proposes no location twice.

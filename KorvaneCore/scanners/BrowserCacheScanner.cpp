@@ -8,7 +8,6 @@
 #include "KorvaneCore/scanners/ItemCollection.h"
 
 #include <array>
-#include <iterator>
 #include <span>
 #include <utility>
 
@@ -128,22 +127,16 @@ class CacheFolderFinder {
 } // namespace
 
 BrowserCacheScanner::BrowserCacheScanner(FileURL home, std::string id, std::string displayName)
-    : home_(std::move(home)), id_(std::move(id)), displayName_(std::move(displayName)) {}
+    : NamedScanner(std::move(id), std::move(displayName)), home_(std::move(home)) {}
 
 ScanResult BrowserCacheScanner::scan(const ScanProgressHandler& progress) const {
-    ScanResult result{.scannerID = id_, .startedAt = Date::now()};
+    ScanResult result{.scannerID = id(), .startedAt = Date::now()};
     for (std::size_t i = 0; i < browsers.size() && !Task::isCancelled(); ++i) {
         progress({fmt::format("Checking {}…", browsers[i].name), static_cast<double>(i) * 0.125});
-        std::vector<ScanItem> found = CacheFolderFinder(browsers[i], home_).find();
-        measureItems(found);
-        std::move(found.begin(), found.end(), std::back_inserter(result.items));
-    }
-    if (!Task::isCancelled()) {
-        progress({"Done", 1.0});
+        collectMeasured(CacheFolderFinder(browsers[i], home_).find(), result.items);
     }
     sortLargestFirst(result.items);
-    result.finishedAt = Date::now();
-    return result;
+    return finished(std::move(result), progress);
 }
 
 } // namespace korvane

@@ -5,6 +5,7 @@
 #include "KorvaneCore/scan/FileSystemSize.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <fcntl.h>
@@ -29,6 +30,26 @@ std::optional<ScanItem> itemAt(FileURL url, const PathHeuristic& row) {
     return itemAt(std::move(url), row, std::string(row.category));
 }
 
+std::vector<ScanItem> childItems(const FileURL& folder, const PathHeuristic& row,
+                                 const std::set<std::string>& leftOut) {
+    std::vector<ScanItem> items;
+    FileFacts facts;
+    if (readFacts(AT_FDCWD, folder.path().c_str(), facts) != 0 ||
+        facts.kind != DirectoryReader::Kind::folder) {
+        return items;
+    }
+    for (const std::string& name :
+         namesInFolder(folder.path()).value_or(std::vector<std::string>())) {
+        if (name.starts_with('.') || leftOut.contains(name)) {
+            continue;
+        }
+        if (auto item = itemAt(folder.appending(name), row)) {
+            items.push_back(std::move(*item));
+        }
+    }
+    return items;
+}
+
 void measureItems(std::vector<ScanItem>& items) {
     std::vector<FileURL> urls;
     urls.reserve(items.size());
@@ -44,6 +65,19 @@ void measureItems(std::vector<ScanItem>& items) {
         items[i].sizeBytes = sizes[i];
     }
     std::erase_if(items, [](const ScanItem& item) { return item.sizeBytes < 1; });
+}
+
+void collectMeasured(std::vector<ScanItem> items, std::vector<ScanItem>& collected) {
+    measureItems(items);
+    std::move(items.begin(), items.end(), std::back_inserter(collected));
+}
+
+ScanResult finished(ScanResult result, const ScanProgressHandler& progress) {
+    if (!Task::isCancelled()) {
+        progress({"Done", 1.0});
+    }
+    result.finishedAt = Date::now();
+    return result;
 }
 
 void sortLargestFirst(std::vector<ScanItem>& items) {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "KorvaneCore/scan/ModuleScanner.h"
 #include "KorvaneCore/scan/PathHeuristic.h"
-#include "KorvaneCore/scan/ScanItem.h"
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -19,10 +20,21 @@ namespace korvane {
 [[nodiscard]] std::optional<ScanItem> itemAt(FileURL url, const PathHeuristic& row,
                                              std::string category);
 
+/// `itemAt` for everything directly in a folder that is not hidden and not among these names, in
+/// the order of the names' bytes. None when the folder cannot be read or is a link.
+[[nodiscard]] std::vector<ScanItem> childItems(const FileURL& folder, const PathHeuristic& row,
+                                               const std::set<std::string>& leftOut = {});
+
 /// Gives each item its allocated size, folders in parallel, and drops those that hold nothing. When
 /// the surrounding task is cancelled meanwhile all are dropped: sizes cut short would understate
 /// what a removal takes away.
 void measureItems(std::vector<ScanItem>& items);
+
+/// Measures the items and appends what is left of them to `collected`.
+void collectMeasured(std::vector<ScanItem> items, std::vector<ScanItem>& collected);
+
+/// The result with its end noted; reported as "Done" unless the surrounding task was cancelled.
+[[nodiscard]] ScanResult finished(ScanResult result, const ScanProgressHandler& progress);
 
 /// Largest first; items of equal size keep their order.
 void sortLargestFirst(std::vector<ScanItem>& items);

@@ -1,0 +1,26 @@
+#include "KorvaneCore/scanners/LargeFileScanner.h"
+
+#include "KorvaneCore/scan/FileSystemWalker.h"
+#include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scanners/ItemCollection.h"
+
+#include <algorithm>
+
+namespace korvane {
+
+ScanResult LargeFileScanner::scan(const ScanProgressHandler& progress) const {
+    const PathHeuristic& row = PathHeuristics::largeFilesUserSelected;
+    ScanResult result{.scannerID = id(), .startedAt = Date::now()};
+    progress({"Finding large files…", std::nullopt});
+    const auto smallest = std::max<std::int64_t>(minimumBytes_, 1);
+    for (WalkEntry& entry : FileSystemWalker().largestFiles(rootURL_, smallest, limit_)) {
+        result.items.push_back({.url = std::move(entry.url),
+                                .sizeBytes = entry.sizeBytes,
+                                .lastModified = entry.lastModified,
+                                .category = std::string(row.category),
+                                .heuristicID = std::string(row.id)});
+    }
+    return finished(std::move(result), progress);
+}
+
+} // namespace korvane
