@@ -1,36 +1,19 @@
 #include "KorvaneCore/platform/linux/Libsecret.h"
 
-#include <optional>
+#include "KorvaneCore/platform/linux/LibrarySymbols.h"
 
-#include <dlfcn.h>
+#include <optional>
 
 namespace korvane {
 
 namespace {
-
-/// Finds functions in a library and in those that it was linked with.
-class Symbols {
-  public:
-    explicit Symbols(void* library) : library_(library) {}
-
-    template <typename Function>
-    void find(const char* name, Function& function) {
-        function = reinterpret_cast<Function>(dlsym(library_, name));
-        complete_ = complete_ && function != nullptr;
-    }
-    [[nodiscard]] bool complete() const { return complete_; }
-
-  private:
-    void* library_;
-    bool complete_ = true;
-};
 
 std::optional<Libsecret> load() {
     void* library = dlopen("libsecret-1.so.0", RTLD_NOW | RTLD_LOCAL);
     if (library == nullptr) {
         return std::nullopt;
     }
-    Symbols symbols(library);
+    LibrarySymbols symbols(library);
     Libsecret api;
     symbols.find("g_bus_get_sync", api.busGet);
     symbols.find("g_dbus_connection_set_exit_on_close", api.setExitOnClose);

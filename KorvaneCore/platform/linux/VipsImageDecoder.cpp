@@ -1,0 +1,276 @@
+#include "KorvaneCore/foundation/FileDescriptor.h"
+#include "KorvaneCore/foundation/Task.h"
+#include "KorvaneCore/platform/BitmapFile.h"
+#include "KorvaneCore/platform/FolderFacts.h"
+#include "KorvaneCore/platform/ImageDecoder.h"
+#include "KorvaneCore/platform/linux/Libvips.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace korvane {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Larger than any camera makes, where pixels are decoded row by row.
+constexpr std::int64_t maxPixels = 300'000'000;
+/// Where the decoder holds the whole picture, several bytes a pixel.
+constexpr std::int64_t maxPixelsWhole = 64'000'000;
+/// Colours, black and how opaque it is.
+constexpr int maxBands = 5;
+/// Kinds whose decoder takes the whole file into memory.
+constexpr std::int64_t maxFileHeldWhole = 128'000'000;
+constexpr std::chrono::seconds patience{10};
+
+enum class Kind { unknown, jpeg, png, gif, webp, tiff, heif, bitmap };
+
+/// Told by the first bytes: the name says nothing of what a file will do to a decoder.
+Kind kindOf(std::string_view begin) {
+    using namespace std::string_view_literals;
+    struct Signature {
+        std::size_t position;
+        std::string_view bytes;
+        Kind kind;
+    };
+    static constexpr std::array signatures{
+        Signature{0, "\xFF\xD8\xFF"sv, Kind::jpeg}, Signature{0, "\x89PNG\r\n\x1A\n"sv, Kind::png},
+        Signature{0, "GIF8"sv, Kind::gif},          Signature{8, "WEBP"sv, Kind::webp},
+        Signature{0, "II*\0"sv, Kind::tiff},        Signature{0, "MM\0*"sv, Kind::tiff},
+        Signature{0, "II+\0"sv, Kind::tiff},        Signature{0, "MM\0+"sv, Kind::tiff},
+        Signature{4, "ftyp"sv, Kind::heif},         Signature{0, "BM"sv, Kind::bitmap}};
+    const auto* found =
+        std::find_if(signatures.begin(), signatures.end(), [&](const Signature& signature) {
+            return begin.substr(std::min(signature.position, begin.size()))
+                .starts_with(signature.bytes);
+        });
+    return found == signatures.end() ? Kind::unknown : found->kind;
+}
+
+/// What the library reads a picture through. Reading by descriptor keeps to the file that was
+/// checked, cannot crash when the file is cut short meanwhile (as a mapping would), and gives a say
+/// to the time limit in decoders that would go on for as long as there is input.
+class Input {
+  public:
+    explicit Input(FileDescriptor descriptor, std::int64_t size)
+        : descriptor_(std::move(descriptor)), size_(size) {}
+
+    [[nodiscard]] int descriptor() const { return descriptor_.get(); }
+    [[nodiscard]] std::int64_t size() const { return size_; }
+    [[nodiscard]] bool isOverdue() const { return Clock::now() > deadline_; }
+
+    static gint64 read(VipsSourceCustom* /*source*/, void* buffer, gint64 length, Input* input) {
+        if (input->isOverdue()) {
+            return -1;
+        }
+        ssize_t count = -1;
+        do {
+            count = pread(input->descriptor_.get(), buffer, static_cast<std::size_t>(length),
+                          input->position_);
+        } while (count < 0 && errno == EINTR);
+        input->position_ += std::max<ssize_t>(count, 0);
+        return count;
+    }
+
+    static gint64 seek(VipsSourceCustom* /*source*/, gint64 offset, int whence, Input* input) {
+        const std::int64_t from = whence == SEEK_SET   ? 0
+                                  : whence == SEEK_CUR ? input->position_
+                                                       : input->size_;
+        std::int64_t target = 0;
+        if (__builtin_add_overflow(from, offset, &target) || target < 0) {
+            return -1;
+        }
+        input->position_ = target;
+        return target;
+    }
+
+  private:
+    FileDescriptor descriptor_;
+    std::int64_t size_;
+    std::int64_t position_ = 0;
+    Clock::time_point deadline_ = Clock::now() + patience;
+};
+
+/// Opens a regular file, never a link, never waiting for a pipe's writer.
+std::unique_ptr<Input> open(const FileURL& url) {
+    const ReachablePath place(url.path());
+    if (place.error() != 0) {
+        return nullptr;
+    }
+    FileDescriptor file(openat(place.parent(), place.name(),
+                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat facts {};
+    if (!file || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
+        return nullptr;
+    }
+    posix_fadvise(file.get(), 0, 0, POSIX_FADV_WILLNEED);
+    return std::make_unique<Input>(std::move(file), facts.st_size);
+}
+
+/// One picture on its way through the library.
+class Decoding {
+  public:
+    Decoding(const Libvips& api, Input& input, Kind kind)
+        : api_(api), input_(input), kind_(kind), source_(api.sourceCustomNew(), api.unref) {
+        const auto handle = [&](const char* signal, auto* handler) {
+            api_.connect(source_.get(), signal, reinterpret_cast<GCallback>(handler), &input_,
+                         nullptr, GConnectFlags{});
+        };
+        handle("read", &Input::read);
+        handle("seek", &Input::seek);
+    }
+    ~Decoding() { api_.clearErrors(); }
+    Decoding(const Decoding&) = delete;
+    Decoding& operator=(const Decoding&) = delete;
+
+    [[nodiscard]] std::optional<Thumbnail> thumbnail(int maxSide) {
+        Image image = load("");
+        if (!image || !isAcceptable(image.get())) {
+            return std::nullopt;
+        }
+        const std::string reducing = reducingOptions(image.get(), maxSide);
+        if (!reducing.empty()) {
+            image.reset();
+            image = load(reducing.c_str());
+        }
+        if (!image) {
+            return std::nullopt;
+        }
+        VipsImage* reduced = nullptr;
+        api_.thumbnail(image.get(), &reduced, maxSide, "height", maxSide, "size", VIPS_SIZE_DOWN,
+                       nullptr);
+        const Image small = own(reduced);
+        if (!small) {
+            return std::nullopt;
+        }
+        VipsImage* converted = nullptr;
+        api_.toColourSpace(small.get(), &converted, VIPS_INTERPRETATION_sRGB, nullptr);
+        const Image colours = own(converted);
+        return colours ? pixels(colours.get()) : std::nullopt;
+    }
+
+  private:
+    using Image = std::unique_ptr<VipsImage, void (*)(gpointer)>;
+
+    Image own(VipsImage* image) const { return {image, api_.unref}; }
+
+    /// Only the header is read; pixels are decoded on demand, from the top.
+    Image load(const char* options) const {
+        return own(api_.imageFromSource(reinterpret_cast<VipsSource*>(source_.get()), options,
+                                        "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+                                        VIPS_FAIL_ON_TRUNCATED, nullptr));
+    }
+
+    [[nodiscard]] std::int64_t longestSide(VipsImage* image) const {
+        return std::max(api_.width(image), api_.height(image));
+    }
+
+    [[nodiscard]] bool isAcceptable(VipsImage* image) const {
+        const bool isHeldWhole = kind_ == Kind::gif || kind_ == Kind::webp || kind_ == Kind::heif ||
+                                 api_.metadataType(image, "interlaced") != 0 ||
+                                 api_.metadataType(image, "jpeg-multiscan") != 0;
+        const std::int64_t pixels = std::int64_t{api_.width(image)} * api_.height(image);
+        return pixels <= (isHeldWhole ? maxPixelsWhole : maxPixels) &&
+               api_.bands(image) <= maxBands;
+    }
+
+    /// Lets the decoder itself leave out what the thumbnail will not show, twice its size kept for
+    /// a smooth reduction. Empty when it cannot.
+    [[nodiscard]] std::string reducingOptions(VipsImage* image, int maxSide) const {
+        const std::int64_t enough = std::int64_t{maxSide} * 2;
+        const std::int64_t longest = longestSide(image);
+        if (kind_ == Kind::jpeg) {
+            for (const int shrink : {8, 4, 2}) {
+                if (longest >= enough * shrink) {
+                    return "[shrink=" + std::to_string(shrink) + "]";
+                }
+            }
+        }
+        if (kind_ == Kind::webp && longest > enough) {
+            return "[scale=" +
+                   std::to_string(static_cast<double>(enough) / static_cast<double>(longest)) + "]";
+        }
+        return "";
+    }
+
+    /// Runs everything asked for so far.
+    [[nodiscard]] std::optional<Thumbnail> pixels(VipsImage* image) {
+        struct Watch {
+            const Libvips& api;
+            const Input& input;
+            static void look(VipsImage* image, VipsProgress* /*progress*/, Watch* watch) {
+                if (watch->input.isOverdue() || Task::isCancelled()) {
+                    watch->api.setKill(image, 1);
+                }
+            }
+        } watch{api_, input_};
+        api_.setProgress(image, 1);
+        api_.connect(image, "eval", reinterpret_cast<GCallback>(&Watch::look), &watch, nullptr,
+                     GConnectFlags{});
+        std::size_t length = 0;
+        const std::unique_ptr<void, void (*)(gpointer)> memory(api_.writeToMemory(image, &length),
+                                                               api_.free);
+        const auto bands = static_cast<std::size_t>(api_.bands(image));
+        Thumbnail thumbnail{{api_.width(image), api_.height(image)}};
+        const std::size_t count = thumbnail.size.count();
+        if (!memory || bands < 3 || length != count * bands) {
+            return std::nullopt;
+        }
+        const auto* bytes = static_cast<const std::uint8_t*>(memory.get());
+        thumbnail.rgba.reserve(count * 4);
+        for (const auto* pixel = bytes; pixel != bytes + length; pixel += bands) {
+            const std::uint8_t opacity = bands > 3 ? pixel[3] : std::uint8_t{255};
+            thumbnail.rgba.insert(thumbnail.rgba.end(), {pixel[0], pixel[1], pixel[2], opacity});
+        }
+        return thumbnail;
+    }
+
+    const Libvips& api_;
+    Input& input_;
+    Kind kind_;
+    std::unique_ptr<VipsSourceCustom, void (*)(gpointer)> source_;
+};
+
+class VipsImageDecoder final : public ImageDecoder {
+  public:
+    [[nodiscard]] bool isAvailable() const override { return Libvips::shared() != nullptr; }
+
+    [[nodiscard]] std::optional<Thumbnail> thumbnail(const FileURL& url,
+                                                     int maxSide) const override {
+        const auto input = open(url);
+        std::array<char, 12> begin{};
+        if (!input || pread(input->descriptor(), begin.data(), begin.size(), 0) !=
+                          static_cast<ssize_t>(begin.size())) {
+            return std::nullopt;
+        }
+        const Kind kind = kindOf({begin.data(), begin.size()});
+        if (kind == Kind::bitmap) {
+            return bitmapThumbnail(input->descriptor(), maxSide, maxPixels);
+        }
+        const bool isHeldWhole = kind == Kind::gif || kind == Kind::webp || kind == Kind::heif;
+        if (kind == Kind::unknown || (isHeldWhole && input->size() > maxFileHeldWhole)) {
+            return std::nullopt;
+        }
+        const Libvips* api = Libvips::shared();
+        return api == nullptr ? std::nullopt : Decoding(*api, *input, kind).thumbnail(maxSide);
+    }
+};
+
+} // namespace
+
+const ImageDecoder& ImageDecoder::shared() {
+    static const VipsImageDecoder decoder;
+    return decoder;
+}
+
+} // namespace korvane
