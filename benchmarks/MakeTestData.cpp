@@ -5,6 +5,7 @@
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/scan/ScanResult.h"
 #include "benchmarks/AuditLogMaker.h"
+#include "benchmarks/CopyMaker.h"
 #include "benchmarks/TreeMaker.h"
 
 #include <cerrno>
@@ -26,6 +27,8 @@ constexpr std::uint64_t seed = 20'261'114;
 constexpr const char* usage =
     "usage: korvane-test-data tree FOLDER ENTRIES   a folder tree\n"
     "       korvane-test-data files FOLDER COUNT    a folder of files\n"
+    "       korvane-test-data copies FOLDER COUNT   files of 16 KiB, 30 in 100 copies\n"
+    "       korvane-test-data media FOLDER COUNT    the same of 64 MiB\n"
     "       korvane-test-data items FILE FOLDER     FOLDER's entries as a scan result\n"
     "       korvane-test-data log FOLDER ENTRIES    an audit log below FOLDER\n";
 
@@ -67,6 +70,10 @@ int make(std::span<char*> arguments) {
         benchmarks::makeTree(arguments[2], count, seed);
     } else if (what == "files") {
         benchmarks::makeFiles(arguments[2], count);
+    } else if (what == "copies") {
+        benchmarks::makeCopies(arguments[2], count, 16'384);
+    } else if (what == "media") {
+        benchmarks::makeCopies(arguments[2], count, 67'108'864);
     } else if (what == "log") {
         benchmarks::makeAuditLog(FileURL(arguments[2]), count);
     } else {
