@@ -171,9 +171,7 @@ void addCleanCommand(CLI::App& app, CommandContext& context) {
     CLI::App* command =
         addLeaf(app, "clean", "Scan, show what will go, ask, and remove it", context);
     auto arguments = std::make_shared<CleanArguments>();
-    command->add_option("TOOL", arguments->scan.tool, "A tool of `korvane tools`");
-    command->add_option("SUBJECT", arguments->scan.subject,
-                        "The folder or app, for tools that need one");
+    addScanOptions(*command, arguments->scan);
     command->add_option("--items", arguments->itemsFile,
                         "Clean the items of a scan saved with `scan --json` (\"-\": stdin)");
     command->add_option("--mode", arguments->mode, "trash or permanent (default: the preference)")

@@ -55,6 +55,8 @@ void addRestoreCommand(CLI::App& app, CommandContext& context);
 void addAuditCommand(CLI::App& app, CommandContext& context);
 void addWalkCommands(CLI::App& app, CommandContext& context);
 void addCatalogueCommand(CLI::App& app, CommandContext& context);
+void addAccessCommand(CLI::App& app, CommandContext& context);
+void addRulesCommand(CLI::App& app, CommandContext& context);
 void addSettingsCommand(CLI::App& app, CommandContext& context);
 void addDemoCommand(CLI::App& app, CommandContext& context);
 

@@ -27,6 +27,8 @@ void build(CLI::App& app, CommandContext& context) {
     addAuditCommand(app, context);
     addWalkCommands(app, context);
     addCatalogueCommand(app, context);
+    addAccessCommand(app, context);
+    addRulesCommand(app, context);
     addSettingsCommand(app, context);
     addDemoCommand(app, context);
 }

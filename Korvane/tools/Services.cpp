@@ -47,6 +47,10 @@ DecisionMemory& Services::decisions() {
         [&] { return std::make_unique<DecisionMemory>(folders_.support("decisions.json")); });
 }
 
+CustomRuleStore Services::customRules() const {
+    return CustomRuleStore(folders_.support("custom-rules.json"));
+}
+
 std::optional<std::string> Services::keyWarning() {
     if (!logFilesAtStart_) {
         return std::nullopt;

@@ -9,6 +9,7 @@
 #include "KorvaneCore/platform/SecretStore.h"
 #include "KorvaneCore/platform/UserDefaults.h"
 #include "KorvaneCore/platform/UserFolders.h"
+#include "KorvaneCore/scanners/CustomRuleStore.h"
 
 #include <memory>
 #include <mutex>
@@ -45,6 +46,7 @@ class Services {
     [[nodiscard]] ExclusionStore& exclusions();
     [[nodiscard]] ScanResultCache& scanCache();
     [[nodiscard]] DecisionMemory& decisions();
+    [[nodiscard]] CustomRuleStore customRules() const;
 
     /// What the user should know when a new key had to be made although there are log files, whose
     /// entries it cannot verify. Nothing when all is well.

@@ -1,6 +1,7 @@
 #include "Korvane/tools/ToolDriver.h"
 
 #include "Korvane/tools/Preselection.h"
+#include "Korvane/tools/Refusal.h"
 #include "Korvane/tools/Services.h"
 #include "KorvaneCore/cleaning/Cleaner.h"
 #include "KorvaneCore/cleaning/SafetyGuard.h"
@@ -8,21 +9,24 @@
 #include "KorvaneCore/foundation/Task.h"
 
 #include <exception>
+#include <iterator>
 
 namespace korvane {
 
 namespace {
 
-/// Why the item could not be removed, asked in the order in which the Cleaner asks.
-std::optional<std::string> refusal(const ScanItem& item, const ExclusionStore& exclusions,
-                                   const SafetyGuard& guard) {
-    if (const auto match = exclusions.match(item.url)) {
-        return match->message();
-    }
-    if (const auto reason = guard.evaluate(item.url).reason()) {
-        return message(*reason);
-    }
-    return std::nullopt;
+/// Takes what no cleanup may touch out of an operation and accounts for it.
+std::vector<CleanupFailure> takeOutFreedOtherwise(std::vector<ScanItem>& items) {
+    std::vector<CleanupFailure> refused;
+    std::erase_if(items, [&](const ScanItem& item) {
+        const auto sentence = freedOtherwise(item.heuristicID);
+        if (sentence) {
+            refused.push_back(
+                {item, std::string(*sentence), CleanupFailure::Kind::protectedLocation});
+        }
+        return sentence.has_value();
+    });
+    return refused;
 }
 
 } // namespace
@@ -70,14 +74,14 @@ void ToolDriver::present(ToolReview review, ToolPhase phase) {
 ToolReview ToolDriver::makeReview(ScanResult result) const {
     ToolReview review;
     review.result = std::move(result);
-    review.preselected = preselectedByRisk(review.result);
-    const SafetyGuard guard(services_.home());
+    review.preselected = preselectedItems(review.result);
+    const Refusal refusal(services_);
     const Date now = Date::now();
     for (const ScanItem& item : review.result.items) {
         if (const auto skipped = services_.decisions().skipDate(item, now)) {
             review.skippedBefore.emplace(item.id, *skipped);
         }
-        if (auto sentence = refusal(item, services_.exclusions(), guard)) {
+        if (auto sentence = refusal.sentence(item)) {
             review.refused.emplace(item.id, std::move(*sentence));
             review.preselected.erase(item.id);
         }
@@ -152,11 +156,13 @@ std::optional<CleanupResult> ToolDriver::clean(const std::unordered_set<UUID>& s
     operation.scannerID = shown->result.scannerID;
     operation.approvedAt = Date::now();
     operation.items = items(selected);
+    std::vector<CleanupFailure> refused = takeOutFreedOtherwise(operation.items);
     // A guard of this moment, so that folders made since the scan are protected too.
     const SafetyGuard safetyGuard(services_.home());
     const Cleaner cleaner(services_.auditLog(), services_.fileManager(), safetyGuard,
                           services_.exclusions(), services_.home());
     CleanupResult result = cleaner.clean(operation, mode, progress);
+    std::move(refused.begin(), refused.end(), std::back_inserter(result.failed));
     remember(*shown, selected, result);
 
     const std::lock_guard guard(lock_);
