@@ -1,5 +1,6 @@
 #include "KorvaneCore/scanners/ApplicationData.h"
 
+#include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
 #include "KorvaneCore/scanners/ItemCollection.h"
@@ -80,10 +81,13 @@ std::optional<ScanItem> applicationItem(const InstalledApplication& application,
     const bool isManaged =
         std::any_of(managedFolders.begin(), managedFolders.end(),
                     [&](std::string_view folder) { return location.path().starts_with(folder); });
-    const bool isOutsideBundle =
-        application.kind == Kind::bundle && location.isAbsolute() && !isManaged;
-    if (application.kind == Kind::managed || !(isUsers || isOutsideBundle) ||
-        isOwnName(application.identifier)) {
+    const bool isBundle =
+        application.kind == Kind::bundle && composedLowercase(location.pathExtension()) == "app";
+    const bool isFile =
+        application.kind == Kind::appImage || application.kind == Kind::desktopEntry;
+    const bool mayGo =
+        isUsers ? isBundle || isFile : isBundle && location.isAbsolute() && !isManaged;
+    if (!mayGo || isOwnName(application.identifier)) {
         return std::nullopt;
     }
     return itemAt(location, rows::uninstallAppSupport, std::move(category));
