@@ -56,10 +56,8 @@ std::optional<Libvips> load() {
     symbols.find("vips_image_get_width", api.width);
     symbols.find("vips_image_get_height", api.height);
     symbols.find("vips_image_get_bands", api.bands);
-    symbols.find("vips_image_get_format", api.format);
-    symbols.find("vips_image_get_interpretation", api.interpretation);
-    symbols.find("vips_image_get_typeof", api.metadataType);
-    symbols.find("vips_format_sizeof", api.bytesOfFormat);
+    symbols.find("vips_image_get_orientation_swap", api.orientationSwap);
+    symbols.find("vips_image_get_int", api.metadata);
     symbols.find("vips_thumbnail_image", api.thumbnail);
     symbols.find("vips_colourspace", api.toColourSpace);
     symbols.find("vips_image_write_to_memory", api.writeToMemory);

@@ -12,10 +12,8 @@ struct Libvips {
     decltype(&::vips_image_get_width) width = nullptr;
     decltype(&::vips_image_get_height) height = nullptr;
     decltype(&::vips_image_get_bands) bands = nullptr;
-    decltype(&::vips_image_get_format) format = nullptr;
-    decltype(&::vips_image_get_interpretation) interpretation = nullptr;
-    decltype(&::vips_image_get_typeof) metadataType = nullptr;
-    decltype(&::vips_format_sizeof) bytesOfFormat = nullptr;
+    decltype(&::vips_image_get_orientation_swap) orientationSwap = nullptr;
+    decltype(&::vips_image_get_int) metadata = nullptr;
     decltype(&::vips_thumbnail_image) thumbnail = nullptr;
     decltype(&::vips_colourspace) toColourSpace = nullptr;
     decltype(&::vips_image_write_to_memory) writeToMemory = nullptr;

@@ -17,6 +17,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fmt/format.h>
+
 namespace korvane {
 
 namespace {
@@ -55,6 +57,10 @@ Kind kindOf(std::string_view begin) {
                 .starts_with(signature.bytes);
         });
     return found == signatures.end() ? Kind::unknown : found->kind;
+}
+
+bool holdsFileWhole(Kind kind) {
+    return kind == Kind::gif || kind == Kind::webp || kind == Kind::heif;
 }
 
 /// What the library reads a picture through. Reading by descriptor keeps to the file that was
@@ -138,17 +144,22 @@ class Decoding {
         if (!image || !isAcceptable(image.get())) {
             return std::nullopt;
         }
-        const std::string reducing = reducingOptions(image.get(), maxSide);
-        if (!reducing.empty()) {
+        PixelSize target = PixelSize{api_.width(image.get()), api_.height(image.get())};
+        if (api_.orientationSwap(image.get()) != 0) {
+            std::swap(target.width, target.height);
+        }
+        target = target.fitting(maxSide);
+        if (const std::string reducing = reducingOptions(image.get(), maxSide); !reducing.empty()) {
             image.reset();
             image = load(reducing.c_str());
         }
         if (!image) {
             return std::nullopt;
         }
+        // Forced to the size, which the decoder's own reduction would round away.
         VipsImage* reduced = nullptr;
-        api_.thumbnail(image.get(), &reduced, maxSide, "height", maxSide, "size", VIPS_SIZE_DOWN,
-                       nullptr);
+        api_.thumbnail(image.get(), &reduced, target.width, "height", target.height, "size",
+                       VIPS_SIZE_FORCE, nullptr);
         const Image small = own(reduced);
         if (!small) {
             return std::nullopt;
@@ -171,14 +182,12 @@ class Decoding {
                                         VIPS_FAIL_ON_TRUNCATED, nullptr));
     }
 
-    [[nodiscard]] std::int64_t longestSide(VipsImage* image) const {
-        return std::max(api_.width(image), api_.height(image));
-    }
-
     [[nodiscard]] bool isAcceptable(VipsImage* image) const {
-        const bool isHeldWhole = kind_ == Kind::gif || kind_ == Kind::webp || kind_ == Kind::heif ||
-                                 api_.metadataType(image, "interlaced") != 0 ||
-                                 api_.metadataType(image, "jpeg-multiscan") != 0;
+        int isMultiscan = 0;
+        int isInterlaced = 0;
+        api_.metadata(image, "jpeg-multiscan", &isMultiscan);
+        api_.metadata(image, "interlaced", &isInterlaced);
+        const bool isHeldWhole = holdsFileWhole(kind_) || isMultiscan != 0 || isInterlaced != 0;
         const std::int64_t pixels = std::int64_t{api_.width(image)} * api_.height(image);
         return pixels <= (isHeldWhole ? maxPixelsWhole : maxPixels) &&
                api_.bands(image) <= maxBands;
@@ -187,18 +196,19 @@ class Decoding {
     /// Lets the decoder itself leave out what the thumbnail will not show, twice its size kept for
     /// a smooth reduction. Empty when it cannot.
     [[nodiscard]] std::string reducingOptions(VipsImage* image, int maxSide) const {
-        const std::int64_t enough = std::int64_t{maxSide} * 2;
-        const std::int64_t longest = longestSide(image);
+        const double longest = std::max(api_.width(image), api_.height(image));
+        const double shortest = std::min(api_.width(image), api_.height(image));
+        // A thin side reduced to nothing would end the process in an assertion of the library.
+        const double smallest = std::max(maxSide * 2 / longest, 2 / shortest);
         if (kind_ == Kind::jpeg) {
             for (const int shrink : {8, 4, 2}) {
-                if (longest >= enough * shrink) {
-                    return "[shrink=" + std::to_string(shrink) + "]";
+                if (smallest * shrink <= 1) {
+                    return fmt::format("[shrink={}]", shrink);
                 }
             }
         }
-        if (kind_ == Kind::webp && longest > enough) {
-            return "[scale=" +
-                   std::to_string(static_cast<double>(enough) / static_cast<double>(longest)) + "]";
+        if (kind_ == Kind::webp && smallest < 1) {
+            return fmt::format("[scale={}]", smallest);
         }
         return "";
     }
@@ -257,8 +267,7 @@ class VipsImageDecoder final : public ImageDecoder {
         if (kind == Kind::bitmap) {
             return bitmapThumbnail(input->descriptor(), maxSide, maxPixels);
         }
-        const bool isHeldWhole = kind == Kind::gif || kind == Kind::webp || kind == Kind::heif;
-        if (kind == Kind::unknown || (isHeldWhole && input->size() > maxFileHeldWhole)) {
+        if (kind == Kind::unknown || (holdsFileWhole(kind) && input->size() > maxFileHeldWhole)) {
             return std::nullopt;
         }
         const Libvips* api = Libvips::shared();
