@@ -42,10 +42,12 @@ bool matches(std::string_view pattern, std::string_view name) {
     return pattern.find_first_not_of('*', p) == std::string_view::npos;
 }
 
-bool isFolderItself(const FileURL& url) {
+using Kind = DirectoryReader::Kind;
+
+/// Of the item itself, not of what a link leads to; `unknown` where nothing can be reached.
+Kind kindOf(const FileURL& url) {
     FileFacts facts;
-    return readFacts(AT_FDCWD, url.path().c_str(), facts) == 0 &&
-           facts.kind == DirectoryReader::Kind::folder;
+    return readFacts(AT_FDCWD, url.path().c_str(), facts) == 0 ? facts.kind : Kind::unknown;
 }
 
 PathHeuristic rowOf(const CustomRule& rule, const std::string& id) {
@@ -75,12 +77,12 @@ std::vector<FileURL> expandingStars(const std::string& pattern) {
         }
         std::vector<FileURL> deeper;
         for (const FileURL& place : places) {
-            if (!isFolderItself(place)) {
+            if (kindOf(place) != Kind::folder) {
                 continue;
             }
             for (const std::string& name :
                  namesInFolder(place.path()).value_or(std::vector<std::string>())) {
-                if (matches(component, name)) {
+                if (matches(component, name) && kindOf(place.appending(name)) != Kind::link) {
                     deeper.push_back(place.appending(name));
                 }
             }

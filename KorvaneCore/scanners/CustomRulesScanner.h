@@ -41,8 +41,8 @@ class CustomRulesScanner final : public NamedScanner {
 };
 
 /// The existing places that a path stands for in which "*" in a name means any text, in the order
-/// of their bytes; a hidden name only where the pattern's name begins with ".". Links to folders on
-/// the way are not followed.
+/// of their bytes; a hidden name only where the pattern's name begins with ".". A
+/// star stands for no link.
 [[nodiscard]] std::vector<FileURL> expandingStars(const std::string& pattern);
 
 } // namespace korvane
