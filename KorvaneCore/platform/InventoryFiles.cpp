@@ -16,7 +16,8 @@ namespace {
 constexpr std::int64_t largestFile = 1024L * 1024L;
 
 bool meansAbsent(int error) noexcept {
-    return error == ENOENT || error == ENOTDIR;
+    // Links in a circle lead to nothing.
+    return error == ENOENT || error == ENOTDIR || error == ELOOP;
 }
 
 } // namespace
@@ -45,6 +46,10 @@ std::vector<std::string> namesForInventory(const FileURL& folder, FoldersRead& f
 }
 
 std::optional<std::string> readForInventory(const FileURL& file, SoftwareListing& listing) {
+    if (Task::isCancelled()) {
+        listing.isComplete = false;
+        return std::nullopt;
+    }
     FileFacts facts;
     if (const int error = readFactsFollowingLinks(AT_FDCWD, file.path().c_str(), facts);
         error != 0) {

@@ -1,5 +1,6 @@
 #include "KorvaneCore/scanners/ApplicationData.h"
 
+#include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
@@ -62,6 +63,9 @@ std::vector<OwnedData> ownedData(const PathHeuristic& row, const FileURL& home,
     for (const FileURL& folder : foldersOf(row, home)) {
         for (const std::string& name :
              namesInFolder(folder.path()).value_or(std::vector<std::string>())) {
+            if (Task::isCancelled()) {
+                return data;
+            }
             std::vector<std::size_t> found = owners.owners(name, namingIn(row));
             if (found.empty()) {
                 continue;

@@ -43,10 +43,10 @@ DataOwners::DataOwners(const std::vector<InstalledApplication>& applications, bo
     keys_.reserve(applications.size());
     for (const InstalledApplication& application : applications) {
         const std::string identifier = composedLowercase(application.identifier);
-        const auto dots = std::count(identifier.begin(), identifier.end(), '.');
-        keys_.push_back({identifier,
-                         areAll && dots >= dotsInWholeIdentifier &&
-                             identifier.size() >= shortestIdentifier && !identifier.ends_with('.'),
+        const bool isWhole =
+            std::count(identifier.begin(), identifier.end(), '.') >= dotsInWholeIdentifier &&
+            identifier.size() >= shortestIdentifier && !identifier.ends_with('.');
+        keys_.push_back({identifier, areAll && isWhole, isWhole && isSystemName(identifier),
                          composedLowercase(application.name),
                          composedLowercase(application.executable)});
     }
@@ -61,8 +61,8 @@ std::vector<std::size_t> DataOwners::owners(std::string_view fileName, DataNamin
     const std::string key = composedLowercase(fileName);
     std::size_t longest = 1;
     for (std::size_t i = 0; i < keys_.size(); ++i) {
-        // The system's applications have identifiers among the system's names; nothing else has.
-        if (isSystems && !isSystemName(keys_[i].identifier)) {
+        // Of the system's names only its own applications have some.
+        if (isSystems && !keys_[i].isSystems) {
             continue;
         }
         const std::size_t length = fit(keys_[i], key, isSystems ? DataNaming::identifier : naming);

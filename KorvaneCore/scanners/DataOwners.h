@@ -35,6 +35,7 @@ class DataOwners {
     struct Keys {
         std::string identifier;
         bool hasFamily = false; ///< names below its identifier are its own
+        bool isSystems = false; ///< its identifier is one of the system's maker
         std::string name;
         std::string executable;
     };

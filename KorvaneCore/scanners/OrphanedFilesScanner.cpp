@@ -44,7 +44,7 @@ std::vector<ScanItem> leftovers(const FileURL& folder, const PathHeuristic& row,
     std::vector<ScanItem> items = childItems(folder, row);
     std::erase_if(items, [&](const ScanItem& item) {
         const std::string_view name = item.url.lastPathComponent();
-        return !item.isDirectory || isSystemName(name) || isOwnName(name) ||
+        return Task::isCancelled() || !item.isDirectory || isSystemName(name) || isOwnName(name) ||
                (isShared ? installed.mayShare(name) : installed.mayOwn(name)) ||
                holdsInstalled(item.url, installed);
     });

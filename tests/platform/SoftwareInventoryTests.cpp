@@ -191,9 +191,11 @@ TEST_F(LinuxSoftwareInventoryTests, readsBundlesAndAppImages) {
     root_.makeFile("Applications/notes.txt");
     root_.makeLink("Applications/Linked.app", "Binary.app");
     root_.makeLink("Applications/Vendor/up", "..");
+    root_.makeLink("Applications/Loop.app", "Loop.app");
     EXPECT_TRUE(read().isComplete);
-    EXPECT_THAT(names(), ElementsAre("com.example.App|Binary", "|Damaged", "com.example.App|Linked",
-                                     "com.example.Phone|Phone", "|Tool", "com.example.Xml|Xml"));
+    EXPECT_THAT(names(),
+                ElementsAre("com.example.App|Binary", "|Damaged", "com.example.App|Linked", "|Loop",
+                            "com.example.Phone|Phone", "|Tool", "com.example.Xml|Xml"));
     const auto has = [](Kind kind, const char* alias) {
         return Contains(AllOf(Field(&InstalledApplication::kind, kind),
                               Field(&InstalledApplication::aliases, Contains(alias))));

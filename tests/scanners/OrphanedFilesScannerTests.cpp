@@ -46,6 +46,7 @@ class OrphanedFilesScannerTests : public ::testing::Test {
     /// "path below home | row" of each item.
     [[nodiscard]] std::vector<std::string> lines(const ScanResult& result) const {
         std::vector<std::string> texts;
+        texts.reserve(result.items.size());
         for (const ScanItem& item : result.items) {
             texts.push_back(item.path().substr(home_.path().size() + 1) + " | " + item.heuristicID);
         }

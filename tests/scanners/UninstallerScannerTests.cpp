@@ -32,6 +32,7 @@ class ApplicationDataTests : public ::testing::Test {
     /// "path below home | row | category" of each item.
     [[nodiscard]] std::vector<std::string> lines(const ScanResult& result) const {
         std::vector<std::string> texts;
+        texts.reserve(result.items.size());
         for (const ScanItem& item : result.items) {
             texts.push_back(item.path().substr(home_.path().size() + 1) + " | " + item.heuristicID +
                             " | " + item.category);
@@ -138,7 +139,7 @@ TEST_F(ApplicationDataTests, takesNothingOfTheSystemOrByAVagueIdentifier) {
           support + "com.ostrel.korvane/f", support + ".plist"}) {
         home_.makeFile(file);
     }
-    for (const char* identifier : {"", ".", "com", "com.apple", "com.apple.", "com.apple..",
+    for (const char* identifier : {"", ".", "dock", "com", "com.apple", "com.apple.", "com.apple..",
                                    "com.ostrel.korvane", "Library"}) {
         for (const char* name : {"", "Dock", "CrashReporter", "Korvane", "com.apple.TCC"}) {
             const InstalledApplication application = app(identifier, name);
@@ -160,25 +161,27 @@ TEST_F(ApplicationDataTests, proposesAnApplicationOnlyWhereTheUserMayRemoveIt) {
     const TemporaryFolder outside("/tmp");
     outside.makeFile("Tool.app/f");
     outside.makeFile("tool.desktop");
+    const TemporaryFolder managed("/var/tmp");
+    managed.makeFile("Tool.app/f");
     struct Case {
-        Kind kind;
         FileURL location;
+        Kind kind;
         bool isProposed;
     };
     const Case cases[] = {
-        {Kind::bundle, folder, true},
-        {Kind::bundle, outside.at("Tool.app"), true},
-        {Kind::bundle, home_.at("Applications/Linked.app"), false},
-        {Kind::bundle, FileURL("/usr/share"), false},
-        {Kind::bundle, FileURL("/usr/../usr/share"), false},
-        {Kind::appImage, image, true},
-        {Kind::desktopEntry, entry, true},
-        {Kind::desktopEntry, outside.at("tool.desktop"), false},
-        {Kind::desktopEntry,
-         home_.at("../" + std::string(outside.url().lastPathComponent()) + "/tool.desktop"), false},
-        {Kind::managed, folder, false},
-        {Kind::bundle, FileURL(""), false},
-        {Kind::bundle, home_.url(), false},
+        {folder, Kind::bundle, true},
+        {outside.at("Tool.app"), Kind::bundle, true},
+        {home_.at("Applications/Linked.app"), Kind::bundle, false},
+        {managed.at("Tool.app"), Kind::bundle, false},
+        {FileURL("/tmp/.." + managed.path() + "/Tool.app"), Kind::bundle, false},
+        {image, Kind::appImage, true},
+        {entry, Kind::desktopEntry, true},
+        {outside.at("tool.desktop"), Kind::desktopEntry, false},
+        {home_.at("../../../../../../../../.." + outside.path() + "/tool.desktop"),
+         Kind::desktopEntry, false},
+        {folder, Kind::managed, false},
+        {FileURL(""), Kind::bundle, false},
+        {home_.url(), Kind::bundle, false},
     };
     for (const Case& one : cases) {
         const InstalledApplication application{.kind = one.kind, .location = one.location};
