@@ -103,15 +103,24 @@ std::string itemLine(const ToolReview& review, const ScanItem& item, const FileU
     return line;
 }
 
-std::string reasons(const Group& group, std::size_t columns) {
+/// Why an item of this row is safe to remove; empty where nobody said.
+std::string reason(const ToolReview& review, const std::string& heuristicID) {
+    if (const PathHeuristic* row = PathHeuristics::heuristic(heuristicID)) {
+        return std::string(row->whySafe);
+    }
+    const auto own = review.ownReasons.find(heuristicID);
+    return own == review.ownReasons.end() ? "" : displayText(own->second);
+}
+
+std::string reasons(const ToolReview& review, const Group& group, std::size_t columns) {
     std::string text;
     std::string_view last;
     for (const ScanItem* item : group.items) {
-        const PathHeuristic* row = PathHeuristics::heuristic(item->heuristicID);
-        if (row != nullptr && row->id != last) {
-            last = row->id;
-            const std::string lines = Terminal::wrapped(row->whySafe, 2, columns);
-            if (text.find(lines) == std::string::npos) {
+        if (item->heuristicID != last) {
+            last = item->heuristicID;
+            const std::string why = reason(review, item->heuristicID);
+            const std::string lines = Terminal::wrapped(why, 2, columns);
+            if (!why.empty() && text.find(lines) == std::string::npos) {
                 text += lines;
             }
         }
@@ -131,7 +140,7 @@ std::string reviewText(const ToolReview& review, const FileURL& home, std::size_
     for (const Group& group : grouped(review.result.items)) {
         text += fmt::format("{}  {}\n", Terminal::styled(displayText(group.category), Style::bold),
                             Terminal::styled(group.sum.text(), Style::dim));
-        text += Terminal::styled(reasons(group, columns), Style::dim);
+        text += Terminal::styled(reasons(review, group, columns), Style::dim);
         for (const ScanItem* item : group.items) {
             total.add(*item);
             if (review.preselected.contains(item->id)) {

@@ -8,12 +8,33 @@
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/foundation/Task.h"
 
+#include <algorithm>
 #include <exception>
 #include <iterator>
 
 namespace korvane {
 
 namespace {
+
+/// The notes of the user's rules, when a result has items of theirs. A file of rules that was
+/// spoilt since the scan costs the notes only.
+std::unordered_map<std::string, std::string> ownReasons(const ScanResult& result,
+                                                        const Services& services) {
+    std::unordered_map<std::string, std::string> reasons;
+    const bool hasOwn =
+        std::any_of(result.items.begin(), result.items.end(), [](const ScanItem& item) {
+            return item.heuristicID.starts_with(customRulePrefix);
+        });
+    try {
+        for (const CustomRule& rule :
+             hasOwn ? services.customRules().load() : std::vector<CustomRule>()) {
+            reasons.emplace(heuristicID(rule), rule.note);
+        }
+    } catch (const std::runtime_error&) {
+        reasons.clear();
+    }
+    return reasons;
+}
 
 /// Takes what no cleanup may touch out of an operation and accounts for it.
 std::vector<CleanupFailure> takeOutFreedOtherwise(std::vector<ScanItem>& items) {
@@ -75,6 +96,7 @@ ToolReview ToolDriver::makeReview(ScanResult result) const {
     ToolReview review;
     review.result = std::move(result);
     review.preselected = preselectedItems(review.result);
+    review.ownReasons = ownReasons(review.result, services_);
     const Refusal refusal(services_);
     const Date now = Date::now();
     for (const ScanItem& item : review.result.items) {

@@ -28,6 +28,8 @@ struct ToolReview {
     std::unordered_set<UUID> preselected;          ///< item ids
     std::unordered_map<UUID, Date> skippedBefore;  ///< item id to the day it was kept
     std::unordered_map<UUID, std::string> refused; ///< item id to the sentence why it must stay
+    /// Row id to the reason for rows that are the user's own rules; the catalogue has the others.
+    std::unordered_map<std::string, std::string> ownReasons;
 };
 
 /// Drives one tool through scanning, review and cleaning: the rules that the command and the window

@@ -85,7 +85,7 @@ void CustomRule::validate() const {
 }
 
 std::string heuristicID(const CustomRule& rule) {
-    return "custom-rules." + rule.id;
+    return std::string(customRulePrefix) + rule.id;
 }
 
 } // namespace korvane

@@ -30,8 +30,9 @@ struct CustomRule {
     friend bool operator==(const CustomRule&, const CustomRule&) = default;
 };
 
-/// What the items of a rule carry as the row that justified them. Never the id of a row of the
-/// catalogue.
+/// What the items of a rule carry as the row that justified them: this prefix, then the rule's id.
+/// No row of the catalogue begins so.
+inline constexpr std::string_view customRulePrefix = "custom-rules.";
 [[nodiscard]] std::string heuristicID(const CustomRule& rule);
 
 } // namespace korvane

@@ -23,6 +23,12 @@ TEST_F(CommandLineTest, answersWrongUseWithOneLineAndStatusTwo) {
         {{"scan", "no-such-tool"}, "korvane tools"},
         {{"scan", "browser-cache", "/tmp"}, "takes no folder"},
         {{"scan", "browser-cache", "--colour"}, "--colour"},
+        {{"scan", "duplicate-finder"}, "needs the folder"},
+        {{"scan", "downloads", "--limit", "3"}, "downloads takes no --limit"},
+        {{"scan", "large-files", "/tmp", "--limit", "-3"}, "limit"},
+        {{"scan", "smart-scan", "--scopes", "caches,all"}, "oldFiles"},
+        {{"rules", "preset", "plan9"}, "plan9"},
+        {{"rules", "add", "/a/../b"}, ".."},
         {{"clean"}, "--items"},
         {{"clean", "browser-cache"}, "--yes"},
         {{"clean", "browser-cache", "--mode", "shred", "--yes"}, "shred"},
@@ -57,8 +63,10 @@ TEST_F(CommandLineTest, showsHelpAndVersionAndTools) {
         EXPECT_THAT(run.output, HasSubstr("Usage: korvane"));
     }
     const Json tools = korvane({"tools", "--json"}).json();
-    EXPECT_EQ(tools.at(0).at("id"), "browser-cache");
-    EXPECT_EQ(tools.at(0).at("needs"), "nothing");
+    ASSERT_EQ(tools.size(), 19U);
+    EXPECT_EQ(tools.at(0),
+              (Json{{"id", "smart-scan"}, {"displayName", "Smart Scan"}, {"needs", "nothing"}}));
+    EXPECT_EQ(tools.at(18).at("needs"), "app");
 }
 
 TEST_F(CommandLineTest, keepsSettingsAndWhatItDoesNotKnow) {

@@ -87,6 +87,47 @@ TEST_F(ToolDriverTest, ticksLowRiskOnlyAndNeverWhatMustStay) {
     EXPECT_EQ(review->refused.size(), 2U);
 }
 
+TEST_F(ToolDriverTest, ticksAllCopiesButOneAndNothingThatOnlyAPersonCanJudge) {
+    const auto copy = [&](const std::string& name, const std::string& digest) {
+        ScanItem made = item(name, "duplicate-finder.duplicate");
+        made.category = digest;
+        return made;
+    };
+    scanner.items = {copy("a1", "a"),
+                     copy("b1", "b"),
+                     copy("a2", "a"),
+                     copy("a3", "a"),
+                     copy("b2", "b"),
+                     item("large", "large-files.user-selected"),
+                     item("download", "downloads.all-files"),
+                     item("similar", "similar-images.near-duplicate")};
+    ASSERT_TRUE(driver.scan(scanner));
+    EXPECT_THAT(names(driver.review()->preselected), ElementsAre("a2", "a3", "b2"));
+}
+
+TEST_F(ToolDriverTest, neverRemovesWhatIsFreedInAnotherWay) {
+    const std::string rows[] = {"icloud.local-copies", "system.trash-all-volumes",
+                                "system.time-machine-snapshots"};
+    for (const std::string& row : rows) {
+        scanner.items.push_back(item(row, row));
+    }
+    scanner.items.push_back(item("cache", low));
+    ASSERT_TRUE(driver.scan(scanner));
+    EXPECT_THAT(names(driver.review()->preselected), ElementsAre("cache"));
+    EXPECT_EQ(driver.review()->refused.size(), 3U);
+    std::unordered_set<UUID> all;
+    for (const ScanItem& one : driver.review()->result.items) {
+        all.insert(one.id);
+    }
+    const auto result = driver.clean(all, DeletionMode::permanent);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->succeeded.size(), 1U);
+    EXPECT_EQ(result->failed.size(), 3U);
+    for (const std::string& row : rows) {
+        EXPECT_TRUE(folder.exists("home/Caches/" + row));
+    }
+}
+
 TEST_F(ToolDriverTest, comparesWithTheScanBeforeAndKeepsTheNewOne) {
     scanner.items = {item("same", low), item("grows", low, 100), item("goes", low, 70)};
     ASSERT_TRUE(driver.scan(scanner));

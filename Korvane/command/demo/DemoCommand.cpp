@@ -4,7 +4,6 @@
 #include "Korvane/command/Terminal.h"
 #include "Korvane/command/demo/SampleHome.h"
 #include "Korvane/command/demo/TreeSnapshot.h"
-#include "Korvane/tools/ToolCatalogue.h"
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/foundation/StateFile.h"
 #include "KorvaneCore/foundation/Text.h"
@@ -109,17 +108,15 @@ int compare(const TreeSnapshot& before, const TreeSnapshot& after) {
 }
 
 bool runSteps(Demo& demo) {
-    bool ok =
-        demo.step("Protect one browser's data for ever.",
-                  {"protect", "add", "~/Library/Application Support/Vivaldi", "--note", "mine"});
-    for (const Tool& tool : ToolCatalogue::all()) {
-        const std::string id(tool.id);
-        if (tool.needs == Tool::Needs::nothing) {
-            ok = ok && demo.step("Look for what can go. Nothing is touched.", {"scan", id}) &&
-                 demo.step("Move what is ticked to the Bin.", {"clean", id, "--yes"});
-        }
-    }
-    return ok &&
+    return demo.step(
+               "Protect one browser's data for ever.",
+               {"protect", "add", "~/Library/Application Support/Vivaldi", "--note", "mine"}) &&
+           demo.step("Look for what can go. Nothing is touched.", {"scan", "smart-scan"}) &&
+           demo.step("Move what is ticked to the Bin.", {"clean", "smart-scan", "--yes"}) &&
+           demo.step("Keep the newest of identical files.",
+                     {"clean", "duplicate-finder", "~/Downloads", "--yes"}) &&
+           demo.step("Show pictures that look alike; nothing of them is ever ticked.",
+                     {"scan", "similar-images", "~/Pictures"}) &&
            demo.step("What the protected path and the guard say.",
                      {"check", "~/Library/Application Support/Vivaldi/Default/Cache", "~/Documents",
                       "~/.ssh"},

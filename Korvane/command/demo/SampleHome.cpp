@@ -38,7 +38,7 @@ class Builder {
             throw FileError(errno, "write", url.path());
         }
         writeAll(descriptor.get(), content, url.path());
-        age(url, daysOld);
+        age(name, daysOld);
     }
 
     void noise(const std::string& name, std::size_t bytes, int daysOld = 3) {
@@ -78,8 +78,8 @@ class Builder {
         return bytes;
     }
 
-  private:
-    static void age(const FileURL& url, int daysOld) {
+    void age(const std::string& name, int daysOld) {
+        const FileURL url = home_.appending(name);
         timespec now{};
         clock_gettime(CLOCK_REALTIME, &now);
         const timespec then{now.tv_sec - static_cast<time_t>(daysOld) * daySeconds, 0};
@@ -89,6 +89,7 @@ class Builder {
         }
     }
 
+  private:
     FileURL home_;
     std::mt19937_64 random_{20261114};
 };
@@ -154,6 +155,10 @@ void layOutDocuments(Builder& home) {
     }
     home.noise("Downloads/installer.dmg", 1'500'000, 120);
     home.noiseFiles("Downloads", "photo-{}.zip", 4, 150'000);
+    home.noise("Desktop/Screenshot 2026-01-07 at 09.41.00.png", 300'000, 45);
+    home.noise("Desktop/Screenshot of today.png", 200'000, 0);
+    home.noise("Library/Application Support/org.example.forgotten/store.db", 250'000, 400);
+    home.age("Library/Application Support/org.example.forgotten", 400);
     for (std::uint32_t scene = 1; scene <= 4; ++scene) {
         const std::string name = fmt::format("Pictures/Walk {}/IMG_{}", scene, scene);
         home.picture(name + ".jpg", {scene, 640, 0, 90});
