@@ -10,4 +10,4 @@ find_package(simdjson REQUIRED)
 # Only the headers are used: the library itself is loaded when the first secret is asked for.
 pkg_check_modules(libsecret REQUIRED libsecret-1)
 # The same holds for libvips and the first picture.
-pkg_check_modules(libvips REQUIRED vips)
+pkg_check_modules(libvips REQUIRED IMPORTED_TARGET vips)
