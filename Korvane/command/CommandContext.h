@@ -53,6 +53,7 @@ void addCheckCommand(CLI::App& app, CommandContext& context);
 void addProtectCommand(CLI::App& app, CommandContext& context);
 void addRestoreCommand(CLI::App& app, CommandContext& context);
 void addAuditCommand(CLI::App& app, CommandContext& context);
+void addUsageCommand(CLI::App& app, CommandContext& context);
 void addWalkCommands(CLI::App& app, CommandContext& context);
 void addCatalogueCommand(CLI::App& app, CommandContext& context);
 void addAccessCommand(CLI::App& app, CommandContext& context);

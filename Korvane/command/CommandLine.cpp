@@ -25,6 +25,7 @@ void build(CLI::App& app, CommandContext& context) {
     addProtectCommand(app, context);
     addRestoreCommand(app, context);
     addAuditCommand(app, context);
+    addUsageCommand(app, context);
     addWalkCommands(app, context);
     addCatalogueCommand(app, context);
     addAccessCommand(app, context);

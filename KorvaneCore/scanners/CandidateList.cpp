@@ -3,9 +3,8 @@
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/scan/FolderListing.h"
+#include "KorvaneCore/scanners/FileKind.h"
 
-#include <algorithm>
-#include <array>
 #include <cstring>
 #include <string_view>
 #include <utility>
@@ -18,24 +17,9 @@ namespace {
 
 using Kind = DirectoryReader::Kind;
 
-constexpr std::array<std::string_view, 7> bundleExtensions{
-    "app", "framework", "xcframework", "bundle", "plugin", "kext", "appex"};
-
-char lowercase(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isBundle(std::string_view name) noexcept {
+bool isPackage(std::string_view name) {
     const std::size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || dot == 0) {
-        return false;
-    }
-    const std::string_view extension = name.substr(dot + 1);
-    return std::any_of(
-        bundleExtensions.begin(), bundleExtensions.end(), [&](std::string_view bundle) {
-            return std::equal(extension.begin(), extension.end(), bundle.begin(), bundle.end(),
-                              [](char a, char b) { return lowercase(a) == b; });
-        });
+    return dot != std::string_view::npos && dot > 0 && isPackageExtension(name.substr(dot + 1));
 }
 
 } // namespace
@@ -90,7 +74,7 @@ class CandidateList::Walk {
             return;
         }
         const char* name = pending_.back().names.takeFirst();
-        if (name[0] == '.' || isBundle(name) || trail_.descriptor() < 0) {
+        if (name[0] == '.' || isPackage(name) || trail_.descriptor() < 0) {
             return;
         }
         FileFacts facts;
