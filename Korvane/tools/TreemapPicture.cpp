@@ -176,7 +176,7 @@ std::string legend(std::span<const DiskUsageNode> nodes, double y, double width)
 }
 
 constexpr std::string_view style = R"(<style>
-text{font-family:"Inter","Helvetica Neue","DejaVu Sans","Liberation Sans",sans-serif;fill:#1d2733}
+text{font-family:"DejaVu Sans","Liberation Sans",sans-serif;fill:#1d2733}
 .title{font-size:18px;font-weight:600}
 .name{font-size:13px;font-weight:500}
 .detail{font-size:11px;fill:#3d4a59}
