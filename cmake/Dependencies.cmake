@@ -11,3 +11,6 @@ find_package(simdjson REQUIRED)
 pkg_check_modules(libsecret REQUIRED libsecret-1)
 # The same holds for libvips and the first picture.
 pkg_check_modules(libvips REQUIRED IMPORTED_TARGET vips)
+# And for these two and the first update. Their headers are on the compiler's own path.
+pkg_check_modules(libcurl REQUIRED libcurl)
+pkg_check_modules(libarchive REQUIRED libarchive)
