@@ -227,10 +227,12 @@ TEST(SimilarImagesScanner, groupsWhatItHadHashedWhenCancelled) {
 }
 
 TEST(SimilarImagesScanner, showsTheKeptPathFromTheHomeFolder) {
+    // NOLINTBEGIN(concurrency-mt-unsafe): no other thread runs here
     class Home {
       public:
         explicit Home(const std::string& path) { setenv("HOME", path.c_str(), 1); }
         ~Home() { setenv("HOME", previous_.c_str(), 1); }
+        // NOLINTEND(concurrency-mt-unsafe)
         Home(const Home&) = delete;
         Home& operator=(const Home&) = delete;
 

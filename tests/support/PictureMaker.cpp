@@ -6,6 +6,12 @@
 
 #include <vips/vips.h>
 
+// What the encoders keep when they are done is no fault of what is tested.
+extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libimagequant\nleak:libx265\n";
+}
+
 namespace korvane::testing {
 
 namespace {
