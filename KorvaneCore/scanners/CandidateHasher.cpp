@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t chunkSize = 1'048'576;
 // Enough to keep a disk busy while the processor hashes what came before.
-constexpr std::int64_t bytesAhead = 4 * 1'048'576;
+constexpr std::int64_t bytesAhead = 4'194'304;
 
 } // namespace
 
