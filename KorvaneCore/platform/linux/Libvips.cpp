@@ -4,6 +4,8 @@
 
 #include <optional>
 
+#include <malloc.h>
+
 namespace korvane {
 
 namespace {
@@ -24,6 +26,9 @@ struct Setup {
         if (init("korvane") != 0) {
             return false;
         }
+        // Whole pictures go back to the system when they are done with. Left alone, the allocator
+        // learns to keep blocks of their size, in pieces that the next picture does not fit into.
+        mallopt(M_MMAP_THRESHOLD, 1'048'576);
         // No picture is decoded twice, and one at a time is what a scan promises.
         setCacheSize(0);
         setConcurrency(1);
