@@ -1,4 +1,6 @@
+#include "Korvane/audit/AuditExport.h"
 #include "Korvane/audit/AuditQuery.h"
+#include "Korvane/audit/AuditReview.h"
 #include "Korvane/audit/IntegrityText.h"
 #include "Korvane/audit/ModuleNames.h"
 #include "Korvane/command/CommandContext.h"
@@ -7,6 +9,8 @@
 #include "KorvaneCore/cleaning/Restorer.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scan/ByteDisplay.h"
+
+#include <algorithm>
 
 #include <fmt/format.h>
 
@@ -17,6 +21,8 @@ namespace {
 struct AuditArguments {
     AuditQuery query;
     std::string reason;
+    std::string file;
+    std::string period = "daily";
 };
 
 std::string summary(const AuditEntry& entry) {
@@ -102,6 +108,69 @@ int acknowledge(CommandContext& context, const std::string& reason) {
     return exitDone;
 }
 
+int exportEntries(const CommandContext& context, const AuditArguments& arguments) {
+    const FileURL file = context.location(arguments.file);
+    const std::vector<AuditEntry> entries =
+        matchingEntries(context.services.auditLog().entries(), arguments.query);
+    exportAuditLog(entries, file);
+    if (context.json) {
+        printJson({{"file", pathText(file.path())}, {"operations", entries.size()}});
+    } else {
+        Terminal::printLine(fmt::format("{} written to {}.",
+                                        Terminal::counted(entries.size(), "operation"),
+                                        displayText(file.path())));
+    }
+    return exitDone;
+}
+
+std::string chartText(const std::vector<ChartBar>& bars) {
+    constexpr std::size_t barColumns = 48;
+    std::int64_t most = 0;
+    for (const ChartBar& bar : bars) {
+        most = std::max(most, bar.bytes);
+    }
+    if (most == 0) {
+        return "No cleanups in this period yet.\n";
+    }
+    std::string text;
+    for (const ChartBar& bar : bars) {
+        const double share = static_cast<double>(bar.bytes) / static_cast<double>(most);
+        const auto columns =
+            static_cast<std::size_t>(share * static_cast<double>(barColumns) + 0.5);
+        text += fmt::format("  {}  {}  {}\n", Terminal::padLeft(bar.label, 6),
+                            Terminal::padRight(std::string(columns, '#'), barColumns),
+                            bar.bytes == 0 ? "" : ByteDisplay::format(bar.bytes));
+    }
+    return text;
+}
+
+int showStatistics(const CommandContext& context, const AuditArguments& arguments) {
+    AuditLog& log = context.services.auditLog();
+    const std::vector<AuditEntry> entries = log.entries();
+    const AuditStatistics statistics = auditStatistics(entries, log.verifyChain());
+    const ChartPeriod period = arguments.period == rawValue(ChartPeriod::weekly)
+                                   ? ChartPeriod::weekly
+                                   : ChartPeriod::daily;
+    const std::vector<ChartBar> bars = chartBars(entries, period, Date::now());
+    if (context.json) {
+        Json array = Json::array();
+        for (const ChartBar& bar : bars) {
+            array.push_back({{"label", bar.label}, {"bytes", bar.bytes}});
+        }
+        printJson({{"operations", statistics.operations},
+                   {"lifetimeReclaimed", statistics.lifetimeReclaimed},
+                   {"status", statistics.status},
+                   {"bars", std::move(array)}});
+        return exitDone;
+    }
+    Terminal::printLine(
+        fmt::format("Operations recorded  {}\nLifetime reclaimed   {}\n{}\n", statistics.operations,
+                    ByteDisplay::format(statistics.lifetimeReclaimed), statistics.status));
+    Terminal::printLine(Terminal::styled(label(period), Terminal::Style::bold));
+    Terminal::print(chartText(bars));
+    return exitDone;
+}
+
 int showFolder(const CommandContext& context) {
     const std::string folder = context.services.auditLog().rootURL().path();
     if (context.json) {
@@ -124,6 +193,26 @@ void addAuditCommand(CLI::App& app, CommandContext& context) {
     listing->add_option("--module", arguments->query.module, "Only of this scanner id");
     listing->callback([&context, arguments] {
         context.action = [&context, arguments] { return list(context, arguments->query); };
+    });
+
+    CLI::App* exporting = addLeaf(
+        *group, "export",
+        "Save the operations as CSV, or as JSON when FILE ends in .json. Paths are data: should a "
+        "spreadsheet offer to run what a path holds, refuse",
+        context);
+    exporting->add_option("FILE", arguments->file, "Replaced when it is there")->required();
+    exporting->add_option("--query", arguments->query.text, "Only with this in a path or module");
+    exporting->add_option("--module", arguments->query.module, "Only of this scanner id");
+    exporting->callback([&context, arguments] {
+        context.action = [&context, arguments] { return exportEntries(context, *arguments); };
+    });
+
+    CLI::App* statistics =
+        addLeaf(*group, "statistics", "What was reclaimed, by day or week", context);
+    statistics->add_option("--period", arguments->period, "daily (30 days) or weekly (12 weeks)")
+        ->check(CLI::IsMember({"daily", "weekly"}));
+    statistics->callback([&context, arguments] {
+        context.action = [&context, arguments] { return showStatistics(context, *arguments); };
     });
 
     CLI::App* verifying = addLeaf(*group, "verify", "Check the hash chain", context);

@@ -1,3 +1,5 @@
+#include "Korvane/collector/CollectorStore.h"
+#include "Korvane/collector/CollectorText.h"
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/Interrupt.h"
 #include "Korvane/command/ItemsDocument.h"
@@ -9,6 +11,7 @@
 #include "Korvane/command/StandardInput.h"
 #include "Korvane/command/Terminal.h"
 #include "Korvane/tools/Confirmation.h"
+#include "Korvane/tools/ToolCatalogue.h"
 #include "KorvaneCore/cleaning/DeletionMode.h"
 #include "KorvaneCore/foundation/StateFile.h"
 #include "KorvaneCore/foundation/Text.h"
@@ -21,9 +24,10 @@ namespace korvane {
 namespace {
 
 struct CleanArguments {
-    ScanArguments scan;
-    std::string itemsFile; ///< "-" for standard input
-    std::string mode;      ///< empty: the user's preference
+    std::vector<std::string> words; ///< the tools, and behind them a folder or app
+    ScanArguments scan;             ///< the options; the words are taken in one at a time
+    std::string itemsFile;          ///< "-" for standard input
+    std::string mode;               ///< empty: the user's preference
     std::string select = "preselected";
     std::vector<std::string> paths;
     bool yes = false;
@@ -39,7 +43,7 @@ DeletionMode chosenMode(CommandContext& context, const CleanArguments& arguments
 }
 
 void checkUsage(const CleanArguments& arguments) {
-    if (arguments.hasItems() == !arguments.scan.tool.empty()) {
+    if (arguments.hasItems() == !arguments.words.empty()) {
         throw UsageError("clean needs either a tool to scan with or --items FILE");
     }
     if (arguments.yes) {
@@ -74,14 +78,35 @@ std::unique_ptr<ToolDriver> reviewOfItems(CommandContext& context,
     }
 }
 
-std::unordered_set<UUID> selection(const CommandContext& context, const ToolDriver& driver,
+/// A scan for each tool that was named. The last word is what the tools look at when it is no tool.
+std::vector<ScanArguments> scansToRun(const CleanArguments& arguments) {
+    std::vector<std::string> tools = arguments.words;
+    std::string subject;
+    if (tools.size() > 1 && ToolCatalogue::tool(tools.back()) == nullptr) {
+        subject = tools.back();
+        tools.pop_back();
+    }
+    std::vector<ScanArguments> scans;
+    for (const std::string& tool : tools) {
+        ScanArguments& scan = scans.emplace_back(arguments.scan);
+        scan.tool = tool;
+        const Tool* known = ToolCatalogue::tool(tool);
+        // Where several tools are named, only those that need something to look at take it.
+        if (tools.size() == 1 || known == nullptr || known->needs != Tool::Needs::nothing) {
+            scan.subject = subject;
+        }
+    }
+    return scans;
+}
+
+std::unordered_set<UUID> selection(const CommandContext& context, const ReviewList& reviews,
                                    const CleanArguments& arguments) {
     SelectionArguments wanted;
     wanted.rule = arguments.select;
     for (const std::string& path : arguments.paths) {
         wanted.paths.push_back(context.location(path));
     }
-    return selectedItems(*driver.review(), wanted);
+    return selectedItems(reviews, wanted);
 }
 
 /// What a cleanup of nothing amounts to; no operation was run, so it has no id.
@@ -98,12 +123,11 @@ int reportNothing(const CommandContext& context, DeletionMode mode) {
     return exitDone;
 }
 
-bool confirmed(const CommandContext& context, const CleanArguments& arguments, DeletionMode mode,
-               const std::vector<ScanItem>& items) {
+bool confirmed(const CommandContext& context, const CleanArguments& arguments,
+               const Confirmation& confirmation, const std::vector<ScanItem>& items) {
     if (arguments.yes) {
         return true;
     }
-    const Confirmation confirmation = makeConfirmation(mode, items);
     // With --json, stdout belongs to the document.
     std::FILE* stream = context.json ? stderr : stdout;
     const std::string text =
@@ -111,10 +135,7 @@ bool confirmed(const CommandContext& context, const CleanArguments& arguments, D
                     Terminal::wrapped(confirmation.consequence, 0, Terminal::width(stream)));
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
-    std::fputs(fmt::format("{}? [y/N] ", confirmation.actionTitle).c_str(), stderr);
-    std::fflush(stderr);
-    const std::string answer = readLine();
-    return answer == "y" || answer == "Y" || answer == "yes";
+    return answersYes(confirmation.actionTitle);
 }
 
 int report(const CommandContext& context, const CleanupResult& result) {
@@ -133,36 +154,80 @@ int report(const CommandContext& context, const CleanupResult& result) {
     return result.failed.empty() && !result.auditFailure ? exitDone : exitWrong;
 }
 
-int clean(CommandContext& context, const CleanArguments& arguments) {
-    checkUsage(arguments);
-    const DeletionMode mode = chosenMode(context, arguments);
-    const auto driver =
-        arguments.hasItems() ? reviewOfItems(context, arguments) : runScan(context, arguments.scan);
-    const auto selected = selection(context, *driver, arguments);
+/// Runs a removal with a progress line.
+template <typename Work>
+CleanupResult withProgress(const CommandContext& context, Work work) {
+    ProgressLine line(!context.noProgress);
+    return work([&](const CleanupProgress& progress) {
+        const double share = progress.total == 0 ? 1.0
+                                                 : static_cast<double>(progress.processed) /
+                                                       static_cast<double>(progress.total);
+        line.report(fmt::format("Cleaning… {} of {}, {}", progress.processed, progress.total,
+                                ByteDisplay::formatAmount(progress.bytesReclaimed)),
+                    share);
+    });
+}
+
+/// What stands between the scans and the removal: nothing when it may begin, else how to end.
+std::optional<int> reasonToStop(const CommandContext& context, const CleanArguments& arguments,
+                                DeletionMode mode, const Confirmation& confirmation,
+                                const std::vector<ScanItem>& items) {
     if (Interrupt::happened()) {
         Terminal::note("interrupted; nothing was removed");
         return exitInterrupted;
     }
-    if (selected.empty() && !arguments.hasItems()) {
+    if (items.empty() && !arguments.hasItems()) {
         return reportNothing(context, mode);
     }
-    if (!confirmed(context, arguments, mode, driver->items(selected))) {
+    if (!confirmed(context, arguments, confirmation, items)) {
         Terminal::note("nothing was removed");
         return Interrupt::happened() ? exitInterrupted : exitWrong;
     }
-    std::optional<CleanupResult> result;
-    {
-        ProgressLine line(!context.noProgress);
-        result = driver->clean(selected, mode, [&](const CleanupProgress& progress) {
-            const double share = progress.total == 0 ? 1.0
-                                                     : static_cast<double>(progress.processed) /
-                                                           static_cast<double>(progress.total);
-            line.report(fmt::format("Cleaning… {} of {}, {}", progress.processed, progress.total,
-                                    ByteDisplay::formatAmount(progress.bytesReclaimed)),
-                        share);
-        });
+    return std::nullopt;
+}
+
+/// What several tools found goes through the Collector, as one operation.
+int cleanTogether(CommandContext& context, const CleanArguments& arguments,
+                  const std::vector<ScanArguments>& scans, DeletionMode mode) {
+    std::vector<std::unique_ptr<ToolDriver>> drivers;
+    ReviewList reviews;
+    for (const ScanArguments& scan : scans) {
+        drivers.push_back(runScan(context, scan));
+        reviews.push_back(drivers.back()->review());
     }
-    return report(context, *result);
+    const auto selected = selection(context, reviews, arguments);
+    CollectorStore collector;
+    for (const auto& driver : drivers) {
+        collector.stage(driver->items(selected));
+    }
+    const std::vector<ScanItem> items = collector.items();
+    if (const auto status =
+            reasonToStop(context, arguments, mode, makeCollectorConfirmation(mode, items), items)) {
+        return *status;
+    }
+    return report(context, withProgress(context, [&](const CleanupProgressHandler& progress) {
+                      return collector.deleteAll(mode, context.services, progress);
+                  }));
+}
+
+int clean(CommandContext& context, const CleanArguments& arguments) {
+    checkUsage(arguments);
+    const DeletionMode mode = chosenMode(context, arguments);
+    const std::vector<ScanArguments> scans = scansToRun(arguments);
+    if (scans.size() > 1) {
+        return cleanTogether(context, arguments, scans, mode);
+    }
+    const auto driver =
+        arguments.hasItems() ? reviewOfItems(context, arguments) : runScan(context, scans.front());
+    const auto selected = selection(context, {driver->review()}, arguments);
+    const std::vector<ScanItem> items = driver->items(selected);
+    if (const auto status =
+            reasonToStop(context, arguments, mode, makeConfirmation(mode, items), items)) {
+        return *status;
+    }
+    return report(context, withProgress(context, [&](const CleanupProgressHandler& progress) {
+                      return *driver->clean(selected, mode, progress);
+                  }));
 }
 
 } // namespace
@@ -171,6 +236,8 @@ void addCleanCommand(CLI::App& app, CommandContext& context) {
     CLI::App* command =
         addLeaf(app, "clean", "Scan, show what will go, ask, and remove it", context);
     auto arguments = std::make_shared<CleanArguments>();
+    command->add_option("TOOL", arguments->words,
+                        "Tools of `korvane tools`, then the folder or app for those that need one");
     addScanOptions(*command, arguments->scan);
     command->add_option("--items", arguments->itemsFile,
                         "Clean the items of a scan saved with `scan --json` (\"-\": stdin)");

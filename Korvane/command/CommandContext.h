@@ -49,6 +49,7 @@ void printJson(const Json& document);
 void addToolsCommand(CLI::App& app, CommandContext& context);
 void addScanCommand(CLI::App& app, CommandContext& context);
 void addCleanCommand(CLI::App& app, CommandContext& context);
+void addBinCommand(CLI::App& app, CommandContext& context);
 void addCheckCommand(CLI::App& app, CommandContext& context);
 void addProtectCommand(CLI::App& app, CommandContext& context);
 void addRestoreCommand(CLI::App& app, CommandContext& context);

@@ -21,6 +21,7 @@ void build(CLI::App& app, CommandContext& context) {
     addToolsCommand(app, context);
     addScanCommand(app, context);
     addCleanCommand(app, context);
+    addBinCommand(app, context);
     addCheckCommand(app, context);
     addProtectCommand(app, context);
     addRestoreCommand(app, context);

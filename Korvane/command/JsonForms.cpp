@@ -33,14 +33,6 @@ Json diffJson(const ScanDiff& diff) {
             {"vanishedBytes", diff.vanishedBytes}};
 }
 
-Json itemsJson(const std::vector<ScanItem>& items) {
-    Json array = Json::array();
-    for (const ScanItem& item : items) {
-        array.push_back(item.toJson(DateForm::iso8601));
-    }
-    return array;
-}
-
 } // namespace
 
 Json orNull(const std::optional<std::string>& text) {
@@ -117,14 +109,26 @@ Json toJson(const ToolReview& review) {
             {"refused", std::move(refused)}};
 }
 
-Json toJson(const CleanupResult& result) {
-    Json failed = Json::array();
-    for (const CleanupFailure& failure : result.failed) {
-        failed.push_back({{"item", failure.item.toJson(DateForm::iso8601)},
-                          {"error", failure.error},
-                          {"kind", rawValue(failure.kind)},
-                          {"guidance", guidance(failure.kind)}});
+Json toJson(const std::vector<ScanItem>& items) {
+    Json array = Json::array();
+    for (const ScanItem& item : items) {
+        array.push_back(item.toJson(DateForm::iso8601));
     }
+    return array;
+}
+
+Json toJson(const std::vector<CleanupFailure>& failures) {
+    Json array = Json::array();
+    for (const CleanupFailure& failure : failures) {
+        array.push_back({{"item", failure.item.toJson(DateForm::iso8601)},
+                         {"error", failure.error},
+                         {"kind", rawValue(failure.kind)},
+                         {"guidance", guidance(failure.kind)}});
+    }
+    return array;
+}
+
+Json toJson(const CleanupResult& result) {
     Json skipped = Json::array();
     for (const CleanupSkip& skip : result.skipped) {
         const auto& parent = skip.reason.parent;
@@ -135,8 +139,8 @@ Json toJson(const CleanupResult& result) {
     }
     return {{"operationID", result.operationID.text()},
             {"mode", rawValue(result.mode)},
-            {"succeeded", itemsJson(result.succeeded)},
-            {"failed", std::move(failed)},
+            {"succeeded", toJson(result.succeeded)},
+            {"failed", toJson(result.failed)},
             {"skipped", std::move(skipped)},
             {"spaceFreedOnDisk",
              result.spaceFreedOnDisk ? Json(*result.spaceFreedOnDisk) : Json(nullptr)},

@@ -17,6 +17,8 @@ namespace korvane {
 [[nodiscard]] Json toJson(const RestorableItem& item);
 [[nodiscard]] Json toJson(const PathHeuristic& row, const FileURL& home);
 [[nodiscard]] Json toJson(const ToolReview& review);
+[[nodiscard]] Json toJson(const std::vector<ScanItem>& items);
+[[nodiscard]] Json toJson(const std::vector<CleanupFailure>& failures);
 [[nodiscard]] Json toJson(const CleanupResult& result);
 /// `null` for an absent value.
 [[nodiscard]] Json orNull(const std::optional<std::string>& text);

@@ -170,14 +170,20 @@ std::string selectionText(const std::vector<ScanItem>& items, const FileURL& hom
     return text;
 }
 
-std::string outcomeText(const CleanupResult& result, const FileURL& home, std::size_t columns) {
+std::string failuresText(const std::vector<CleanupFailure>& failures, const FileURL& home,
+                         std::size_t columns) {
     std::string text;
-    for (const CleanupFailure& failure : result.failed) {
+    for (const CleanupFailure& failure : failures) {
         text += fmt::format("{} {}\n", Terminal::styled("failed ", Style::red),
                             shownPath(failure.item, home));
         text += Terminal::wrapped(failure.error, 8, columns);
         text += Terminal::wrapped(guidance(failure.kind), 8, columns);
     }
+    return text;
+}
+
+std::string outcomeText(const CleanupResult& result, const FileURL& home, std::size_t columns) {
+    std::string text = failuresText(result.failed, home, columns);
     for (const CleanupSkip& skip : result.skipped) {
         text += fmt::format("skipped {}\n        {}\n", shownPath(skip.item, home),
                             description(skip.reason));

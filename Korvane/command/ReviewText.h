@@ -15,6 +15,10 @@ namespace korvane {
 /// The items that are about to be removed, one a line.
 [[nodiscard]] std::string selectionText(const std::vector<ScanItem>& items, const FileURL& home);
 
+/// Items that were not removed, each with its reason and what may help.
+[[nodiscard]] std::string failuresText(const std::vector<CleanupFailure>& failures,
+                                       const FileURL& home, std::size_t columns);
+
 /// What a cleanup did, every failure and skip with its reason.
 [[nodiscard]] std::string outcomeText(const CleanupResult& result, const FileURL& home,
                                       std::size_t columns);

@@ -26,8 +26,10 @@ int scan(CommandContext& context, const ScanArguments& arguments) {
 void addScanCommand(CLI::App& app, CommandContext& context) {
     CLI::App* command = addLeaf(app, "scan", "Find what can be removed; touches nothing", context);
     auto arguments = std::make_shared<ScanArguments>();
+    command->add_option("TOOL", arguments->tool, "A tool of `korvane tools`")->required();
+    command->add_option("SUBJECT", arguments->subject,
+                        "The folder or app, for tools that need one");
     addScanOptions(*command, *arguments);
-    command->get_option("TOOL")->required();
     command->callback([&context, arguments] {
         context.action = [&context, arguments] { return scan(context, *arguments); };
     });

@@ -101,8 +101,6 @@ void mentionWhatCannotBeRead(const CommandContext& context, const Tool& tool) {
 } // namespace
 
 void addScanOptions(CLI::App& command, ScanArguments& arguments) {
-    command.add_option("TOOL", arguments.tool, "A tool of `korvane tools`");
-    command.add_option("SUBJECT", arguments.subject, "The folder or app, for tools that need one");
     command
         .add_option("--scopes", arguments.scopes,
                     "What a Smart Scan looks for: caches,browsers,oldFiles,developer,leftovers,"

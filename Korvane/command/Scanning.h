@@ -21,7 +21,7 @@ struct ScanArguments {
     std::optional<std::int64_t> threshold;
 };
 
-/// Adds TOOL, its subject and the options of the tools to a command.
+/// Adds the options of the tools to a command.
 void addScanOptions(CLI::App& command, ScanArguments& arguments);
 
 /// Checks the arguments, scans with a progress line and answers the driver with its review. Says on

@@ -7,23 +7,27 @@
 
 namespace korvane {
 
-std::unordered_set<UUID> selectedItems(const ToolReview& review,
+std::unordered_set<UUID> selectedItems(const ReviewList& reviews,
                                        const SelectionArguments& arguments) {
     std::unordered_set<UUID> selected;
-    if (arguments.rule == "preselected") {
-        selected = review.preselected;
-    } else if (arguments.rule == "all") {
-        for (const ScanItem& item : review.result.items) {
-            selected.insert(item.id);
+    for (const auto& review : reviews) {
+        if (arguments.rule == "preselected") {
+            selected.insert(review->preselected.begin(), review->preselected.end());
+        } else if (arguments.rule == "all") {
+            for (const ScanItem& item : review->result.items) {
+                selected.insert(item.id);
+            }
         }
     }
     for (const FileURL& path : arguments.paths) {
         const std::string key = path.standardized().path();
         bool found = false;
-        for (const ScanItem& item : review.result.items) {
-            if (itemKey(item) == key) {
-                selected.insert(item.id);
-                found = true;
+        for (const auto& review : reviews) {
+            for (const ScanItem& item : review->result.items) {
+                if (itemKey(item) == key) {
+                    selected.insert(item.id);
+                    found = true;
+                }
             }
         }
         if (!found) {

@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+#include <fmt/format.h>
+
 namespace korvane {
 
 namespace {
@@ -44,6 +46,13 @@ std::string readLine() {
         readUntil([](const std::string& so) { return so.find('\n') != std::string::npos; });
     text.resize(std::min(text.find('\n'), text.size()));
     return Interrupt::happened() ? "" : text;
+}
+
+bool answersYes(std::string_view action) {
+    std::fputs(fmt::format("{}? [y/N] ", action).c_str(), stderr);
+    std::fflush(stderr);
+    const std::string answer = readLine();
+    return answer == "y" || answer == "Y" || answer == "yes";
 }
 
 } // namespace korvane

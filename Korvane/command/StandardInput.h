@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace korvane {
 
@@ -9,5 +10,8 @@ namespace korvane {
 
 /// One line of standard input without its end; empty at the end of input or after an interrupt.
 [[nodiscard]] std::string readLine();
+
+/// Asks on stderr "ACTION? [y/N]" and waits for the answer; only "y" and "yes" are a yes.
+[[nodiscard]] bool answersYes(std::string_view action);
 
 } // namespace korvane

@@ -1,16 +1,14 @@
 #include "Korvane/tools/ToolDriver.h"
 
+#include "Korvane/tools/Cleanup.h"
 #include "Korvane/tools/Preselection.h"
 #include "Korvane/tools/Refusal.h"
 #include "Korvane/tools/Services.h"
-#include "KorvaneCore/cleaning/Cleaner.h"
-#include "KorvaneCore/cleaning/SafetyGuard.h"
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/foundation/Task.h"
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 
 namespace korvane {
 
@@ -34,20 +32,6 @@ std::unordered_map<std::string, std::string> ownReasons(const ScanResult& result
         reasons.clear();
     }
     return reasons;
-}
-
-/// Takes what no cleanup may touch out of an operation and accounts for it.
-std::vector<CleanupFailure> takeOutFreedOtherwise(std::vector<ScanItem>& items) {
-    std::vector<CleanupFailure> refused;
-    std::erase_if(items, [&](const ScanItem& item) {
-        const auto sentence = freedOtherwise(item.heuristicID);
-        if (sentence) {
-            refused.push_back(
-                {item, std::string(*sentence), CleanupFailure::Kind::protectedLocation});
-        }
-        return sentence.has_value();
-    });
-    return refused;
 }
 
 } // namespace
@@ -178,13 +162,7 @@ std::optional<CleanupResult> ToolDriver::clean(const std::unordered_set<UUID>& s
     operation.scannerID = shown->result.scannerID;
     operation.approvedAt = Date::now();
     operation.items = items(selected);
-    std::vector<CleanupFailure> refused = takeOutFreedOtherwise(operation.items);
-    // A guard of this moment, so that folders made since the scan are protected too.
-    const SafetyGuard safetyGuard(services_.home());
-    const Cleaner cleaner(services_.auditLog(), services_.fileManager(), safetyGuard,
-                          services_.exclusions(), services_.home());
-    CleanupResult result = cleaner.clean(operation, mode, progress);
-    std::move(refused.begin(), refused.end(), std::back_inserter(result.failed));
+    CleanupResult result = runCleanup(std::move(operation), mode, services_, progress);
     remember(*shown, selected, result);
 
     const std::lock_guard guard(lock_);

@@ -2,6 +2,9 @@
 
 #include "KorvaneCore/platform/UserFolders.h"
 
+#include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace korvane {
@@ -10,5 +13,32 @@ namespace korvane {
 /// first, then of every mounted file system, each once however often it is mounted. Links and
 /// folders of other users are left out. Mounts nothing. Any thread.
 [[nodiscard]] std::vector<FileURL> binFolders(const UserFolders& folders);
+
+/// Whether a path names a Bin folder of this user: ".Trash" directly in the home folder, his own
+/// folder in a ".Trashes", and where the platform keeps Bins else. The path is standardised first,
+/// links are not resolved. Any thread.
+[[nodiscard]] bool isBinFolder(const FileURL& url, const UserFolders& folders);
+
+/// A Bin folder held open, so that everything is done in that very folder. Not shared between
+/// threads.
+class OpenBinFolder {
+  public:
+    virtual ~OpenBinFolder() = default;
+
+    /// Null with `errno` set when it cannot be read, or is a link.
+    [[nodiscard]] static std::unique_ptr<OpenBinFolder> open(const FileURL& url);
+
+    /// What lies directly in it, hidden things too. Nothing with `errno` set when that cannot be
+    /// read.
+    [[nodiscard]] virtual std::optional<std::vector<std::string>> names() const = 0;
+
+    /// Removes one thing for good, a whole tree too, and then the Bin's note about it; the note of
+    /// what did not go is kept. Throws FileError.
+    virtual void remove(const std::string& name) = 0;
+
+    /// Drops the notes about things that are not there any more, however they went; those of the
+    /// last minute stay, for somebody may be about to move the thing in. Never fails.
+    virtual void dropOrphanedNotes() noexcept = 0;
+};
 
 } // namespace korvane

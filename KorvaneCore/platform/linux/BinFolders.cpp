@@ -5,6 +5,7 @@
 #include "KorvaneCore/platform/FolderFacts.h"
 #include "KorvaneCore/platform/linux/MountTable.h"
 
+#include <algorithm>
 #include <set>
 
 #include <fcntl.h>
@@ -60,13 +61,31 @@ class BinFinder {
     std::vector<FileURL> found_;
 };
 
+/// Where the home Trash keeps its files. The way to it is the user's own: links on it are followed.
+FileURL homeBin(const UserFolders& folders) {
+    return folders.applicationSupport.appending("Trash").resolvingSymlinks().appending("files");
+}
+
 } // namespace
+
+bool isBinFolder(const FileURL& url, const UserFolders& folders) {
+    const FileURL place = url.standardized();
+    const FileURL parent = place.deletingLastPathComponent();
+    if (place == folders.home.standardized().appending(".Trash") ||
+        place == folders.applicationSupport.standardized().appending("Trash/files") ||
+        place == homeBin(folders)) {
+        return true;
+    }
+    if (parent.lastPathComponent() == ".Trashes") {
+        return place.lastPathComponent() == fmt::format("{}", geteuid());
+    }
+    const std::vector<FileURL> all = binFolders(folders);
+    return std::find(all.begin(), all.end(), place) != all.end();
+}
 
 std::vector<FileURL> binFolders(const UserFolders& folders) {
     BinFinder finder;
-    // The way to the home Trash is the user's own: links on it are followed.
-    finder.offer(
-        folders.applicationSupport.appending("Trash").resolvingSymlinks().appending("files"));
+    finder.offer(homeBin(folders));
     finder.offer(folders.home.appending(".Trash"));
     try {
         const auto table = readFile(FileURL("/proc/self/mountinfo"));
