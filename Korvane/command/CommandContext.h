@@ -60,6 +60,7 @@ void addCatalogueCommand(CLI::App& app, CommandContext& context);
 void addAccessCommand(CLI::App& app, CommandContext& context);
 void addRulesCommand(CLI::App& app, CommandContext& context);
 void addSettingsCommand(CLI::App& app, CommandContext& context);
+void addUpdateCommand(CLI::App& app, CommandContext& context);
 void addDemoCommand(CLI::App& app, CommandContext& context);
 
 } // namespace korvane

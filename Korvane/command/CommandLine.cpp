@@ -32,6 +32,7 @@ void build(CLI::App& app, CommandContext& context) {
     addAccessCommand(app, context);
     addRulesCommand(app, context);
     addSettingsCommand(app, context);
+    addUpdateCommand(app, context);
     addDemoCommand(app, context);
 }
 
