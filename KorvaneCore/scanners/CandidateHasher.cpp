@@ -18,12 +18,14 @@ constexpr std::int64_t bytesAhead = 4'194'304;
 CandidateHasher::CandidateHasher(const CandidateList& list)
     : list_(list), opener_(list), chunk_(chunkSize) {}
 
-std::optional<Digest256> CandidateHasher::next() {
+std::optional<HashedContent> CandidateHasher::next() {
     openAhead();
     ContentFile& file = opened_.at(nextToHash_++ % filesAhead);
-    std::optional<Digest256> result;
+    std::optional<HashedContent> result;
     if (file) {
-        result = digest(file);
+        if (const auto found = digest(file)) {
+            result = {*found, file.state().identity, file.state().names};
+        }
         file.close();
     }
     return result;

@@ -6,11 +6,19 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <vector>
 
 namespace korvane {
+
+/// What a candidate held, and which file it is.
+struct HashedContent {
+    Digest256 digest{};
+    FileIdentity identity;
+    std::uint64_t names = 0; ///< how many hard links the file has
+};
 
 /// Hashes the candidates of a list, all of their bytes, one file at a time in the list's order. The
 /// next few files are already open and being fetched by the system meanwhile. Not shared between
@@ -20,9 +28,9 @@ class CandidateHasher {
     /// `list` must outlive the hasher.
     explicit CandidateHasher(const CandidateList& list);
 
-    /// The digest of the next candidate, as many times as the list is long. Nothing when it cannot
+    /// The content of the next candidate, as many times as the list is long. Nothing when it cannot
     /// be read, changed since it was listed, or the surrounding task was cancelled before its end.
-    [[nodiscard]] std::optional<Digest256> next();
+    [[nodiscard]] std::optional<HashedContent> next();
 
   private:
     /// What a file with several names held, so that its content is read once.

@@ -7,6 +7,8 @@
 #include "KorvaneCore/scanners/CandidateList.h"
 
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <span>
 #include <tuple>
 #include <utility>
@@ -20,7 +22,7 @@ namespace {
 constexpr std::size_t filesPerReport = 50;
 
 struct Hashed {
-    Digest256 digest{};
+    HashedContent content;
     std::size_t candidate = 0; ///< in the list
 };
 
@@ -35,23 +37,40 @@ std::vector<Hashed> hashAll(const CandidateList& list, const ScanProgressHandler
             progress({fmt::format("Hashing {}…", displayText(list.name(list[i]))),
                       0.05 + 0.85 * static_cast<double>(i) / static_cast<double>(list.size())});
         }
-        if (const auto digest = hasher.next()) {
-            hashed.push_back({*digest, i});
+        if (const auto content = hasher.next()) {
+            hashed.push_back({*content, i});
         }
     }
     return hashed;
+}
+
+/// A file that is reached by more paths than it has names is mounted in several places: of its
+/// views as many stay as there are names. Otherwise, with one view kept and the others removed,
+/// every name of the only copy could go. Equal digests must stand side by side.
+void leaveOutRepeatedViews(std::vector<Hashed>& hashed) {
+    std::map<FileIdentity, std::uint64_t> views;
+    std::optional<Digest256> digest;
+    std::erase_if(hashed, [&](const Hashed& one) {
+        if (digest != one.content.digest) {
+            digest = one.content.digest;
+            views.clear();
+        }
+        return ++views[one.content.identity] > one.content.names;
+    });
 }
 
 /// Puts equal digests side by side and answers the runs of two and more, each in the order of the
 /// walk, the runs in the order of their first members.
 std::vector<Group> groups(std::vector<Hashed>& hashed) {
     std::sort(hashed.begin(), hashed.end(), [](const Hashed& a, const Hashed& b) {
-        return std::tie(a.digest, a.candidate) < std::tie(b.digest, b.candidate);
+        return std::tie(a.content.digest, a.candidate) < std::tie(b.content.digest, b.candidate);
     });
+    leaveOutRepeatedViews(hashed);
     std::vector<Group> found;
     for (auto begin = hashed.begin(); begin != hashed.end();) {
-        const auto end = std::find_if(
-            begin, hashed.end(), [&](const Hashed& one) { return one.digest != begin->digest; });
+        const auto end = std::find_if(begin, hashed.end(), [&](const Hashed& one) {
+            return one.content.digest != begin->content.digest;
+        });
         if (end - begin > 1) {
             found.emplace_back(begin, end);
         }
@@ -69,7 +88,7 @@ void addItems(std::vector<ScanItem>& items, Group group, const CandidateList& li
         const std::timespec& right = list[b.candidate].modified;
         return std::tie(left.tv_sec, left.tv_nsec) > std::tie(right.tv_sec, right.tv_nsec);
     });
-    const std::string category = hexText(group.front().digest);
+    const std::string category = hexText(group.front().content.digest);
     for (const Hashed& member : group) {
         const CandidateList::Candidate& file = list[member.candidate];
         items.push_back({.url = list.url(file),

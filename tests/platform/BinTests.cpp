@@ -2,7 +2,7 @@
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/platform/FileManager.h"
 #include "KorvaneCore/platform/linux/TrashInfo.h"
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>

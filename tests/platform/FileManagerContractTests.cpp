@@ -1,6 +1,6 @@
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/platform/FileManager.h"
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/FakeFileManager.h"
 #include "tests/support/TemporaryFolder.h"
 

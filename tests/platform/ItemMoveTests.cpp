@@ -1,5 +1,5 @@
 #include "KorvaneCore/platform/FileManager.h"
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>

@@ -3,7 +3,7 @@
 #include "KorvaneCore/platform/linux/FolderStack.h"
 #include "KorvaneCore/platform/linux/MountTable.h"
 #include "KorvaneCore/platform/linux/SafeRemoval.h"
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <atomic>

@@ -1,6 +1,7 @@
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/scanners/DuplicateScanner.h"
 #include "tests/scan/WalkTestSupport.h"
+#include "tests/support/Sandbox.h"
 
 #include <filesystem>
 #include <functional>
@@ -156,6 +157,22 @@ TEST(DuplicateScanner, readsAFileWithTwoNamesAsTwoFiles) {
     folder.setModified("1", 1'700'000'000);
     folder.setModified("3", 1'600'000'000);
     EXPECT_THAT(scanned(folder), ElementsAre("1", "2", "0", "3"));
+}
+
+TEST(DuplicateScanner, neverTakesASecondViewOfAFileForACopy) {
+    testing::expectInChild([] {
+        testing::enterPrivateMounts();
+        const TemporaryFolder folder;
+        folder.makeFile("data/only", letters);
+        folder.makeFile("data/twice", std::string(5000, 'b'));
+        std::filesystem::create_hard_link(folder.at("data/twice").path(),
+                                          folder.at("data/two").path());
+        testing::bindMount(folder.path() + "/data", folder.makeFolder("view").path());
+        const std::vector<std::string> found = scanned(folder);
+        return found == std::vector<std::string>{"data/twice", "data/two"}
+                   ? std::string()
+                   : ::testing::PrintToString(found);
+    });
 }
 
 TEST(DuplicateScanner, reportsEveryFiftiethFile) {
