@@ -2,6 +2,7 @@
 
 #include "KorvaneCore/scan/FileSystemWalker.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scanners/ChosenFolder.h"
 #include "KorvaneCore/scanners/FileKind.h"
 #include "KorvaneCore/scanners/ItemCollection.h"
 
@@ -10,7 +11,8 @@ namespace korvane {
 ScanResult DownloadsScanner::scan(const ScanProgressHandler& progress) const {
     ScanResult result{.scannerID = id(), .startedAt = Date::now()};
     progress({"Checking Downloads…", std::nullopt});
-    FileSystemWalker().walk(downloads_, nullptr, [&](const WalkEntry& entry) {
+    const ChosenFolder folder(downloads_);
+    FileSystemWalker().walk(folder.real(), nullptr, [&](const WalkEntry& entry) {
         if (entry.isDirectory) {
             return entry.depth > 0 && isPackageExtension(entry.url.pathExtension())
                        ? WalkDecision::skipDescendants
@@ -18,7 +20,7 @@ ScanResult DownloadsScanner::scan(const ScanProgressHandler& progress) const {
         }
         if (!entry.isSymlink && entry.sizeBytes > 0) {
             // A device or a queue has a name here too, but nothing to free.
-            if (auto item = itemAt(entry.url, PathHeuristics::downloadsAllFiles,
+            if (auto item = itemAt(folder.shown(entry.url), PathHeuristics::downloadsAllFiles,
                                    std::string(title(fileKind(entry.url.pathExtension()))))) {
                 item->sizeBytes = entry.sizeBytes;
                 result.items.push_back(std::move(*item));

@@ -102,10 +102,11 @@ void addItems(std::vector<ScanItem>& items, Group group, const CandidateList& li
 } // namespace
 
 DuplicateScanner::DuplicateScanner(FileURL rootURL, std::int64_t minimumBytes)
-    : rootURL_(std::move(rootURL)), minimumBytes_(minimumBytes) {}
+    : NamedScanner("duplicate-finder", "Duplicate Finder"), rootURL_(std::move(rootURL)),
+      minimumBytes_(minimumBytes) {}
 
 ScanResult DuplicateScanner::scan(const ScanProgressHandler& progress) const {
-    ScanResult result{.scannerID = id_, .startedAt = Date::now()};
+    ScanResult result{.scannerID = id(), .startedAt = Date::now()};
     progress({"Enumerating files…", 0.0});
     const CandidateList list(rootURL_, minimumBytes_);
     if (list.size() > 0) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KorvaneCore/foundation/FileURL.h"
-#include "KorvaneCore/scan/ModuleScanner.h"
+#include "KorvaneCore/scanners/NamedScanner.h"
 
 #include <cstdint>
 #include <string>
@@ -14,22 +14,18 @@ namespace korvane {
 /// the order of the walk; groups come in the order in which their first members were met. Files
 /// that are not the same from the walk to their last byte are left out. Works on the calling thread
 /// alone. Cancelled, it returns the groups among the files it had hashed.
-class DuplicateScanner final : public ModuleScanner {
+class DuplicateScanner final : public NamedScanner {
   public:
     /// `minimumBytes`: smaller files are ignored.
     DuplicateScanner(FileURL rootURL, std::int64_t minimumBytes);
 
     using ModuleScanner::scan;
-    [[nodiscard]] const std::string& id() const override { return id_; }
-    [[nodiscard]] const std::string& displayName() const override { return displayName_; }
     [[nodiscard]] ScanResult scan(const ScanProgressHandler& progress) const override;
 
     [[nodiscard]] const FileURL& rootURL() const noexcept { return rootURL_; }
     [[nodiscard]] std::int64_t minimumBytes() const noexcept { return minimumBytes_; }
 
   private:
-    std::string id_ = "duplicate-finder";
-    std::string displayName_ = "Duplicate Finder";
     FileURL rootURL_;
     std::int64_t minimumBytes_;
 };

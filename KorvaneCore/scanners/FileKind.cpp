@@ -73,8 +73,27 @@ static_assert(std::is_sorted(extensions.begin(), extensions.end(),
                                  return a.text < b.text;
                              }));
 
-constexpr std::array<std::string_view, 7> packageExtensions{
-    "app", "framework", "xcframework", "bundle", "plugin", "kext", "appex"};
+// Programs and parts of them, libraries of pictures, films and songs, documents that are folders.
+constexpr std::array<std::string_view, 20> packageExtensions{"app",
+                                                             "framework",
+                                                             "xcframework",
+                                                             "bundle",
+                                                             "plugin",
+                                                             "kext",
+                                                             "appex",
+                                                             "prefpane",
+                                                             "saver",
+                                                             "photoslibrary",
+                                                             "photolibrary",
+                                                             "aplibrary",
+                                                             "migratedphotolibrary",
+                                                             "imovielibrary",
+                                                             "fcpbundle",
+                                                             "tvlibrary",
+                                                             "musiclibrary",
+                                                             "rtfd",
+                                                             "pages",
+                                                             "key"};
 
 } // namespace
 

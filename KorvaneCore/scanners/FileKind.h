@@ -22,8 +22,9 @@ enum class FileKind {
 /// For people, in the plural: "Disk images".
 [[nodiscard]] std::string_view title(FileKind kind) noexcept;
 
-/// Whether a folder of this extension is one thing to its user ("Mail.app") although it is a
-/// folder. Upper and lower case alike.
+/// Whether a folder of this extension is one thing to its user ("Mail.app",
+/// "Holiday.photoslibrary"): what is inside belongs to it and is never judged file by file. Upper
+/// and lower case alike.
 [[nodiscard]] bool isPackageExtension(std::string_view pathExtension);
 
 } // namespace korvane

@@ -2,6 +2,7 @@
 
 #include "KorvaneCore/scan/FileSystemWalker.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scanners/ChosenFolder.h"
 #include "KorvaneCore/scanners/ItemCollection.h"
 
 #include <algorithm>
@@ -13,8 +14,10 @@ ScanResult LargeFileScanner::scan(const ScanProgressHandler& progress) const {
     ScanResult result{.scannerID = id(), .startedAt = Date::now()};
     progress({"Finding large files…", std::nullopt});
     const auto smallest = std::max<std::int64_t>(minimumBytes_, 1);
-    for (WalkEntry& entry : FileSystemWalker().largestFiles(rootURL_, smallest, limit_)) {
-        result.items.push_back({.url = std::move(entry.url),
+    const ChosenFolder folder(rootURL_);
+    for (const WalkEntry& entry :
+         FileSystemWalker().largestFiles(folder.real(), smallest, limit_)) {
+        result.items.push_back({.url = folder.shown(entry.url),
                                 .sizeBytes = entry.sizeBytes,
                                 .lastModified = entry.lastModified,
                                 .category = std::string(row.category),

@@ -6,7 +6,9 @@
 #include "KorvaneCore/platform/UserFolders.h"
 #include "KorvaneCore/scan/FileSystemWalker.h"
 #include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scanners/ChosenFolder.h"
 #include "KorvaneCore/scanners/DifferenceHash.h"
+#include "KorvaneCore/scanners/FileKind.h"
 #include "KorvaneCore/scanners/ItemCollection.h"
 #include "KorvaneCore/scanners/SimilarHashes.h"
 
@@ -29,36 +31,10 @@ constexpr std::size_t imagesPerReport = 20;
 constexpr std::array<std::string_view, 11> imageExtensions{
     "jpg", "jpeg", "png", "heic", "heif", "tiff", "tif", "gif", "bmp", "webp", "avif"};
 
-/// Folders that a desktop shows as one thing: programs, libraries of pictures and films, documents.
-constexpr std::array<std::string_view, 20> packageExtensions{"app",
-                                                             "appex",
-                                                             "bundle",
-                                                             "framework",
-                                                             "xcframework",
-                                                             "plugin",
-                                                             "kext",
-                                                             "prefpane",
-                                                             "saver",
-                                                             "photoslibrary",
-                                                             "photolibrary",
-                                                             "aplibrary",
-                                                             "migratedphotolibrary",
-                                                             "imovielibrary",
-                                                             "fcpbundle",
-                                                             "tvlibrary",
-                                                             "musiclibrary",
-                                                             "rtfd",
-                                                             "pages",
-                                                             "key"};
-
-bool hasExtension(const FileURL& url, std::span<const std::string_view> extensions) {
-    const std::string_view extension = url.pathExtension();
-    return std::any_of(extensions.begin(), extensions.end(), [&](std::string_view one) {
-        return std::equal(
-            extension.begin(), extension.end(), one.begin(), one.end(), [](char given, char lower) {
-                return (given >= 'A' && given <= 'Z' ? given - 'A' + 'a' : given) == lower;
-            });
-    });
+bool isImage(const FileURL& url) {
+    const std::string extension = composedLowercase(url.pathExtension());
+    return std::find(imageExtensions.begin(), imageExtensions.end(), extension) !=
+           imageExtensions.end();
 }
 
 bool readRegularFile(const FileURL& url, FileFacts& facts) {
@@ -68,24 +44,17 @@ bool readRegularFile(const FileURL& url, FileFacts& facts) {
 }
 
 std::vector<FileURL> findImages(const FileURL& root) {
-    // The walk enters no link; the folder that the user chose may be one all the same.
-    const FileURL start = root.standardized();
-    const FileURL real = start.resolvingSymlinks();
+    const ChosenFolder folder(root);
     std::vector<FileURL> images;
-    (void)FileSystemWalker().walk(real, nullptr, [&](const WalkEntry& entry) {
-        if (entry.depth == 0) {
-            return WalkDecision::proceed;
-        }
+    FileSystemWalker().walk(folder.real(), nullptr, [&](const WalkEntry& entry) {
         if (entry.isDirectory) {
-            return hasExtension(entry.url, packageExtensions) ? WalkDecision::skipDescendants
-                                                              : WalkDecision::proceed;
+            return entry.depth > 0 && isPackageExtension(entry.url.pathExtension())
+                       ? WalkDecision::skipDescendants
+                       : WalkDecision::proceed;
         }
         FileFacts facts;
-        if (!entry.isSymlink && hasExtension(entry.url, imageExtensions) &&
-            readRegularFile(entry.url, facts)) {
-            const std::size_t above = real.path() == "/" ? 0 : real.path().size();
-            images.emplace_back((start.path() == "/" ? "" : start.path()) +
-                                entry.url.path().substr(above));
+        if (!entry.isSymlink && isImage(entry.url) && readRegularFile(entry.url, facts)) {
+            images.push_back(folder.shown(entry.url));
         }
         return WalkDecision::proceed;
     });
@@ -148,10 +117,11 @@ void addItems(std::vector<ScanItem>& items, std::vector<std::size_t>& group,
 } // namespace
 
 SimilarImagesScanner::SimilarImagesScanner(FileURL rootURL, int hammingThreshold)
-    : rootURL_(std::move(rootURL)), hammingThreshold_(hammingThreshold) {}
+    : NamedScanner("similar-images", "Similar Images"), rootURL_(std::move(rootURL)),
+      hammingThreshold_(hammingThreshold) {}
 
 ScanResult SimilarImagesScanner::scan(const ScanProgressHandler& progress) const {
-    ScanResult result{.scannerID = id_, .startedAt = Date::now()};
+    ScanResult result{.scannerID = id(), .startedAt = Date::now()};
     progress({"Finding image files…", 0.05});
     std::vector<FileURL> found = findImages(rootURL_);
     if (!found.empty()) {

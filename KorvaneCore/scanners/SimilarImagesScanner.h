@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KorvaneCore/foundation/FileURL.h"
-#include "KorvaneCore/scan/ModuleScanner.h"
+#include "KorvaneCore/scanners/NamedScanner.h"
 
 #include <string>
 
@@ -11,21 +11,17 @@ namespace korvane {
 /// by their difference hashes. Of each group all but the largest file are items; the category is
 /// the kept one's path. Packages are not entered: their pictures belong to what is in them. Finds
 /// nothing where the system cannot decode pictures (`ImageDecoder::isAvailable`).
-class SimilarImagesScanner final : public ModuleScanner {
+class SimilarImagesScanner final : public NamedScanner {
   public:
     /// `hammingThreshold`: how many of the 64 bits of two hashes may differ, 8 in the tool.
     SimilarImagesScanner(FileURL rootURL, int hammingThreshold);
 
     using ModuleScanner::scan;
-    [[nodiscard]] const std::string& id() const override { return id_; }
-    [[nodiscard]] const std::string& displayName() const override { return displayName_; }
     [[nodiscard]] const FileURL& rootURL() const noexcept { return rootURL_; }
     [[nodiscard]] int hammingThreshold() const noexcept { return hammingThreshold_; }
     [[nodiscard]] ScanResult scan(const ScanProgressHandler& progress) const override;
 
   private:
-    std::string id_ = "similar-images";
-    std::string displayName_ = "Similar Images";
     FileURL rootURL_;
     int hammingThreshold_;
 };

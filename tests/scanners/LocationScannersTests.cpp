@@ -103,8 +103,12 @@ TEST_F(LocationScannersTest, listsTheLargestFilesAndTheDownloads) {
                 ElementsAre("Downloads/Tool.app/Contents/big | Large File Browser",
                             "Downloads/a.ISO | Large File Browser",
                             "Downloads/sub/b.tar.gz | Large File Browser"));
-    EXPECT_THAT(found(LargeFileScanner(home.at("Downloads/sub"), 0, 9)),
-                ElementsAre("Downloads/sub/b.tar.gz | Large File Browser"));
+    // A folder that was moved elsewhere is shown where its user knows it.
+    home.makeLink("moved", home.at("Downloads/sub").path());
+    EXPECT_THAT(found(LargeFileScanner(home.at("moved"), 0, 9)),
+                ElementsAre("moved/b.tar.gz | Large File Browser"));
+    EXPECT_THAT(found(DownloadsScanner(home.at("moved"))),
+                ElementsAre("moved/b.tar.gz | Archives"));
 }
 
 TEST_F(LocationScannersTest, measuresTheBinsOfThisUserOnly) {
