@@ -67,11 +67,11 @@ void print(const UpdatePhase& phase, const std::string& version) {
         Terminal::printLine(fmt::format("Korvane {} is available; you have {}.",
                                         phase.release->version, displayText(version)));
         for (const std::string& line : phase.release->notes) {
-            Terminal::printLine(Terminal::wrapped(displayText(line), 2, Terminal::width(stdout)));
+            Terminal::print(Terminal::wrapped(displayText(line), 2, Terminal::width(stdout)));
         }
         Terminal::printLine("`korvane update install` installs it and starts it.");
     } else if (phase.kind == Kind::needsManualInstall) {
-        Terminal::printLine(Terminal::wrapped(phase.message, 0, Terminal::width(stdout)));
+        Terminal::print(Terminal::wrapped(phase.message, 0, Terminal::width(stdout)));
         Terminal::printLine(displayText(phase.location.path()));
     } else if (phase.kind == Kind::failed) {
         Terminal::note(displayText(phase.message));

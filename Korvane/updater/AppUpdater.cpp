@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <compare>
 #include <cstdio>
 #include <utility>
 
@@ -121,7 +122,7 @@ void AppUpdater::dismiss() {
     enter({});
 }
 
-void AppUpdater::enter(Phase phase) {
+void AppUpdater::enter(const Phase& phase) {
     {
         const std::lock_guard guard(lock_);
         phase_ = phase;
@@ -187,11 +188,12 @@ void AppUpdater::check(bool userInitiated) {
 
 UpdatePhase AppUpdater::evaluate(const Release& release) const {
     if (release.minimumSystemVersion &&
-        compareVersions(*release.minimumSystemVersion, configuration_.systemVersion) > 0) {
+        std::is_gt(compareVersions(*release.minimumSystemVersion, configuration_.systemVersion))) {
         throw UpdateError(
             UpdateSentences::systemTooOld(release.version, *release.minimumSystemVersion));
     }
-    const bool isNewer = compareVersions(release.version, configuration_.runningVersion) > 0;
+    const bool isNewer =
+        std::is_gt(compareVersions(release.version, configuration_.runningVersion));
     return isNewer ? releasePhase(Kind::available, release) : simplePhase(Kind::upToDate);
 }
 
@@ -246,7 +248,7 @@ void AppUpdater::performInstall(const Release& release) {
     const auto showProgress = [this](double fraction) {
         Phase phase = simplePhase(Kind::downloading);
         phase.fraction = fraction;
-        enter(std::move(phase));
+        enter(phase);
     };
     showProgress(0);
     const std::string name = "Korvane-" + release.version +
@@ -296,7 +298,7 @@ void AppUpdater::saveForAdministrator(const Release& release, const FileURL& ima
     Phase phase = releasePhase(Kind::needsManualInstall, release);
     phase.location = configuration_.downloads.appending(place.lastPathComponent());
     phase.message = UpdateSentences::manualInstall;
-    enter(std::move(phase));
+    enter(phase);
 }
 
 } // namespace korvane

@@ -59,7 +59,7 @@ class AppUpdater {
 
   private:
     void work(const std::function<void()>& steps);
-    void enter(Phase phase);
+    void enter(const Phase& phase);
     [[nodiscard]] WebAddress feedAddress() const;
     [[nodiscard]] HTTPSDownload connection() const;
     [[nodiscard]] Phase evaluate(const Release& release) const;

@@ -139,7 +139,9 @@ void Extraction::take(archive_entry* entry) {
         refuse();
     }
     if (type == AE_IFDIR) {
-        if (mkdir(placeOf(path).c_str(), 0755) != 0) {
+        // Whatever the mask of this process takes away, the release is for everybody on the
+        // computer.
+        if (mkdir(placeOf(path).c_str(), 0755) != 0 || chmod(placeOf(path).c_str(), 0755) != 0) {
             throw FileError(errno, "create the folder", placeOf(path));
         }
         folders_.insert(path);
@@ -175,7 +177,6 @@ void Extraction::takeFile(archive_entry* entry, const std::string& path) {
         writeAll(file.get(), std::string_view(buffer_.data(), static_cast<std::size_t>(count)),
                  place);
     }
-    // Whatever the mask of this process takes away, the release is for everybody on the computer.
     if (fchmod(file.get(), mode) != 0) {
         throw FileError(errno, "set the permissions of", place);
     }

@@ -29,10 +29,10 @@ std::strong_ordering compareVersions(std::string_view a, std::string_view b) {
     while (beginsWithNumber(a) || beginsWithNumber(b)) {
         const std::string_view left = takeNumber(a);
         const std::string_view right = takeNumber(b);
-        if (const auto order = left.size() <=> right.size(); order != 0) {
+        if (const auto order = left.size() <=> right.size(); std::is_neq(order)) {
             return order;
         }
-        if (const auto order = left <=> right; order != 0) {
+        if (const auto order = left <=> right; std::is_neq(order)) {
             return order;
         }
     }

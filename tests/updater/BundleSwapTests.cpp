@@ -1,4 +1,4 @@
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,9 +1,11 @@
-#include "tests/platform/Sandbox.h"
+#include "tests/support/Sandbox.h"
 #include "tests/updater/UpdaterFixture.h"
 
-#include <fstream>
+#include <csignal>
+#include <thread>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -18,19 +20,19 @@ class UpdateCommandTest : public UpdaterTest {
   protected:
     static void SetUpTestSuite() {
         made = std::make_unique<TemporaryFolder>();
-        // Opened on the way to its own files by the one who is nobody.
-        chmod(made->path().c_str(), 0755);
-        for (const std::string version : {"1.0", "2.0"}) {
-            const int status =
-                runProgram({KORVANE_MAKE_RELEASE, KORVANE_BUILD_TREE, made->at("release").path(),
-                            "--version", version, version == "1.0" ? "--zstd" : "--base-url",
-                            version == "1.0" ? "--zstd" : "https://localhost/korvane"});
-            ASSERT_EQ(status, 0);
+        const std::vector<std::vector<std::string>> releases{{"1.0", "--zstd"}, {"2.0"}};
+        for (const std::vector<std::string>& options : releases) {
+            std::vector<std::string> command{
+                KORVANE_MAKE_RELEASE, KORVANE_BUILD_TREE, made->at("release").path(),
+                "--program",          "korvane",          "--version"};
+            command.insert(command.end(), options.begin(), options.end());
+            ASSERT_EQ(runProgram(command), 0);
         }
     }
     static void TearDownTestSuite() { made.reset(); }
 
     void SetUp() override {
+        // An ordinary user must get to the bundle.
         chmod(folder.path().c_str(), 0755);
         std::filesystem::remove_all(folder.at("apps").path());
         folder.makeFolder("apps");
@@ -86,6 +88,28 @@ TEST_F(UpdateCommandTest, updatesTheBundleThatItRunsFrom) {
     EXPECT_TRUE(current["release"].is_null());
     EXPECT_THAT(folder.listing("tmp"), ::testing::IsEmpty());
     EXPECT_EQ(folder.listing("apps").size(), folder.listing("apps/Korvane.app").size() + 1);
+}
+
+TEST(Relauncher, opensTheAppOnceTheOldProcessHasEnded) {
+    const TemporaryFolder folder;
+    const FileURL marker = folder.at("it's open");
+    const pid_t old = fork();
+    if (old == 0) {
+        pause();
+        _exit(0);
+    }
+    ASSERT_EQ(startDetached("/bin/sh",
+                            {"-c", relaunchScript(old, "touch " + shellQuoted(marker.path()))}),
+              0);
+    // Long enough for a script that does not wait; one that does is never early.
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    EXPECT_FALSE(folder.exists("it's open"));
+    kill(old, SIGKILL);
+    waitpid(old, nullptr, 0);
+    for (int turn = 0; turn < 600 && !folder.exists("it's open"); ++turn) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    }
+    EXPECT_TRUE(folder.exists("it's open"));
 }
 
 TEST_F(UpdateCommandTest, leavesTheImageWhereItMayNotInstall) {

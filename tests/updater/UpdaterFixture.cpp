@@ -1,5 +1,6 @@
 #include "tests/updater/UpdaterFixture.h"
 
+#include <cstdlib>
 #include <span>
 
 #include <sys/stat.h>
@@ -14,6 +15,8 @@ UpdaterTest::UpdaterTest()
           const auto found = answers.find(path);
           return found == answers.end() ? HTTPSServer::Answer{"nothing", 404} : found->second;
       }) {
+    // A proxy of this computer's is none of the tests' business.
+    setenv("no_proxy", "*", 1);
     folder.makeFolder("tmp");
     folder.makeFolder("home");
     folder.makeFile("root.pem", authority.rootPEM());
