@@ -26,11 +26,6 @@ namespace rows = PathHeuristics;
 constexpr std::array leftoverRows{&rows::orphanedAppSupport, &rows::orphanedContainers,
                                   &rows::orphanedGroupContainers};
 
-/// The row's folder; its pattern says in brackets which of the children are meant.
-FileURL folderOf(const PathHeuristic& row, const FileURL& home) {
-    return FileURL(expandingTilde(row.pathPattern.substr(0, row.pathPattern.find(" (")), home));
-}
-
 /// Whether a folder of some maker's holds one of an installed application.
 bool holdsInstalled(const FileURL& folder, const InstalledNames& installed) {
     const auto names = namesInFolder(folder.path());
@@ -79,7 +74,7 @@ ScanResult OrphanedFilesScanner::scan(const ScanProgressHandler& progress) const
     const Date since = now_.adding(-minimumIdleInterval_);
     double fraction = 0.1;
     for (const PathHeuristic* row : leftoverRows) {
-        const FileURL folder = folderOf(*row, home_);
+        const FileURL folder = row->places(home_).front();
         if (Task::isCancelled()) {
             break;
         }
