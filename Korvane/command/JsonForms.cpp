@@ -1,39 +1,6 @@
 #include "Korvane/command/JsonForms.h"
 
-#include <algorithm>
-
 namespace korvane {
-
-namespace {
-
-std::vector<std::string> sortedPathTexts(const std::unordered_set<std::string>& paths) {
-    std::vector<std::string> texts;
-    texts.reserve(paths.size());
-    for (const std::string& path : paths) {
-        texts.push_back(pathText(path));
-    }
-    std::sort(texts.begin(), texts.end());
-    return texts;
-}
-
-Json diffJson(const ScanDiff& diff) {
-    std::vector<std::pair<std::string, std::int64_t>> growth;
-    for (const auto& [path, bytes] : diff.growth) {
-        growth.emplace_back(pathText(path), bytes);
-    }
-    std::sort(growth.begin(), growth.end());
-    Json grown = Json::object();
-    for (const auto& [path, bytes] : growth) {
-        grown[path] = bytes;
-    }
-    return {{"previousScanDate", diff.previousScanDate.iso8601()},
-            {"newPaths", sortedPathTexts(diff.newPaths)},
-            {"growth", std::move(grown)},
-            {"vanishedCount", diff.vanishedCount},
-            {"vanishedBytes", diff.vanishedBytes}};
-}
-
-} // namespace
 
 Json orNull(const std::optional<std::string>& text) {
     return text ? Json(*text) : Json(nullptr);
@@ -83,30 +50,6 @@ Json toJson(const PathHeuristic& row, const FileURL& home) {
             {"riskExplanation", row.riskExplanation()},
             {"expandedPath", pathText(row.expandedPath(home))},
             {"claimedChildNames", row.claimedChildNames(home)}};
-}
-
-Json toJson(const ToolReview& review) {
-    Json preselected = Json::array();
-    Json skipped = Json::object();
-    Json refused = Json::object();
-    for (const ScanItem& item : review.result.items) {
-        const std::string id = item.id.text();
-        if (review.preselected.contains(item.id)) {
-            preselected.push_back(id);
-        }
-        if (const auto found = review.skippedBefore.find(item.id);
-            found != review.skippedBefore.end()) {
-            skipped[id] = found->second.iso8601();
-        }
-        if (const auto found = review.refused.find(item.id); found != review.refused.end()) {
-            refused[id] = found->second;
-        }
-    }
-    return {{"result", review.result.toJson(DateForm::iso8601)},
-            {"preselected", std::move(preselected)},
-            {"diff", review.diff ? diffJson(*review.diff) : Json(nullptr)},
-            {"skippedBefore", std::move(skipped)},
-            {"refused", std::move(refused)}};
 }
 
 Json toJson(const std::vector<ScanItem>& items) {

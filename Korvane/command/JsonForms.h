@@ -16,7 +16,6 @@ namespace korvane {
 [[nodiscard]] Json toJson(const Exclusion& exclusion);
 [[nodiscard]] Json toJson(const RestorableItem& item);
 [[nodiscard]] Json toJson(const PathHeuristic& row, const FileURL& home);
-[[nodiscard]] Json toJson(const ToolReview& review);
 [[nodiscard]] Json toJson(const std::vector<ScanItem>& items);
 [[nodiscard]] Json toJson(const std::vector<CleanupFailure>& failures);
 [[nodiscard]] Json toJson(const CleanupResult& result);

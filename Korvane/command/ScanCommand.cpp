@@ -1,6 +1,6 @@
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/Interrupt.h"
-#include "Korvane/command/JsonForms.h"
+#include "Korvane/command/ReviewJson.h"
 #include "Korvane/command/ReviewText.h"
 #include "Korvane/command/Scanning.h"
 #include "Korvane/command/Terminal.h"
@@ -14,7 +14,7 @@ int scan(CommandContext& context, const ScanArguments& arguments) {
     const auto driver = runScan(context, arguments);
     const auto review = driver->review();
     if (context.json) {
-        printJson(toJson(*review));
+        printReviewJson(*review);
     } else {
         Terminal::print(reviewText(*review, context.home(), Terminal::width(stdout)));
     }

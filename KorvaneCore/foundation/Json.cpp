@@ -43,9 +43,9 @@ std::string pathFromText(std::string_view text) {
     return url ? url->path() : std::string(text);
 }
 
-Json parseJson(std::string_view document) {
+Json parseJson(std::string_view document, const Json::parser_callback_t& filter) {
     try {
-        return Json::parse(document);
+        return Json::parse(document, filter);
     } catch (const Json::parse_error& error) {
         const std::string_view before = document.substr(0, error.byte == 0 ? 0 : error.byte - 1);
         const auto line = 1 + std::count(before.begin(), before.end(), '\n');

@@ -32,8 +32,10 @@ enum class DateForm { iso8601, secondsSinceReferenceDate };
 /// The inverse of `pathText`.
 [[nodiscard]] std::string pathFromText(std::string_view text);
 
-/// Parses a whole document; throws DecodingError with line and column.
-[[nodiscard]] Json parseJson(std::string_view document);
+/// Parses a whole document; throws DecodingError with line and column. `filter` is shown every
+/// value as it is complete, with its depth, and may keep it out of the tree by answering false.
+[[nodiscard]] Json parseJson(std::string_view document,
+                             const Json::parser_callback_t& filter = nullptr);
 
 /// A required member of the right type; throws DecodingError naming the key otherwise.
 [[nodiscard]] const Json& requireMember(const Json& object, std::string_view key);

@@ -45,8 +45,7 @@ ScanResultCache::ScanResultCache(FileURL directory) : directory_(std::move(direc
 
 void ScanResultCache::save(const ScanResult& result) {
     try {
-        const std::string document =
-            compactJson(result.toJson(DateForm::secondsSinceReferenceDate));
+        const std::string document = result.encode(DateForm::secondsSinceReferenceDate);
         const std::lock_guard guard(queue_);
         writeFileAtomically(fileURL(result.scannerID), document);
     } catch (const std::exception&) {
@@ -62,7 +61,7 @@ std::optional<ScanResult> ScanResultCache::load(std::string_view scannerID) cons
             document = readFile(fileURL(scannerID));
         }
         if (document) {
-            return ScanResult::fromJson(parseJson(*document));
+            return ScanResult::decode(*document);
         }
     } catch (const std::exception&) {
         // An entry that cannot be used is as good as none.

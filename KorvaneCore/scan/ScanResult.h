@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace korvane {
@@ -20,9 +21,13 @@ struct ScanResult {
     [[nodiscard]] std::string formattedTotal() const;
     [[nodiscard]] double duration() const { return finishedAt.since(startedAt); } ///< seconds
 
-    [[nodiscard]] Json toJson(DateForm dates) const;
     /// Throws DecodingError when the record or one of its items does not decode.
     [[nodiscard]] static ScanResult fromJson(const Json& object);
+
+    /// The record as one line of JSON, and back. Made and read item by item: a large result is
+    /// never there a second time as a tree. `decode` throws as `fromJson` does.
+    [[nodiscard]] std::string encode(DateForm dates) const;
+    [[nodiscard]] static ScanResult decode(std::string_view document);
 
     friend bool operator==(const ScanResult&, const ScanResult&) = default;
 };

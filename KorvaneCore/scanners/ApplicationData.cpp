@@ -35,18 +35,6 @@ DataNaming namingIn(const PathHeuristic& row) {
                                                : DataNaming::identifier;
 }
 
-/// The folders of a pattern that lists several, separated by commas.
-std::vector<FileURL> foldersOf(const PathHeuristic& row, const FileURL& home) {
-    std::vector<FileURL> folders;
-    std::string_view rest = row.pathPattern;
-    while (!rest.empty()) {
-        const std::string_view folder = rest.substr(0, rest.find(", "));
-        rest.remove_prefix(std::min(folder.size() + 2, rest.size()));
-        folders.emplace_back(expandingTilde(folder, home));
-    }
-    return folders;
-}
-
 bool isStrictlyInside(const FileURL& url, const FileURL& folder) {
     return folder.componentCount() > 1 && url.path().starts_with(folder.path() + "/");
 }
@@ -60,7 +48,7 @@ std::span<const PathHeuristic* const> applicationDataRows() noexcept {
 std::vector<OwnedData> ownedData(const PathHeuristic& row, const FileURL& home,
                                  const DataOwners& owners) {
     std::vector<OwnedData> data;
-    for (const FileURL& folder : foldersOf(row, home)) {
+    for (const FileURL& folder : row.places(home)) {
         for (const std::string& name :
              namesInFolder(folder.path()).value_or(std::vector<std::string>())) {
             if (Task::isCancelled()) {

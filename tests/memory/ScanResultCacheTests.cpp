@@ -44,8 +44,7 @@ TEST(ScanResultCache, keepsTheLastResultOfEachScanner) {
 TEST(ScanResultCache, treatsWhatDoesNotDecodeAsNothing) {
     const TemporaryFolder folder;
     ScanResultCache cache(folder.url());
-    const std::string whole =
-        compactJson(resultOf("x").toJson(DateForm::secondsSinceReferenceDate));
+    const std::string whole = resultOf("x").encode(DateForm::secondsSinceReferenceDate);
     std::string wrongKey = whole;
     wrongKey.replace(wrongKey.find("category"), 8, "kategory");
     for (const std::string& content :

@@ -121,27 +121,32 @@ TEST(ScanResult, readsBackWhatItWroteAndRefusesTheRest) {
                             .items = {sampleItem(), sampleItem()}};
     EXPECT_EQ(result.duration(), 2.5);
     EXPECT_EQ(result.formattedTotal(), "2.5 GB");
-    const Json whole = result.toJson(DateForm::secondsSinceReferenceDate);
+    const Json whole = parseJson(result.encode(DateForm::secondsSinceReferenceDate));
     EXPECT_EQ(ScanResult::fromJson(parseJson(compactJson(whole))), result);
-    EXPECT_EQ(ScanResult::fromJson(result.toJson(DateForm::iso8601)).startedAt, Date(781'023'164));
+    EXPECT_EQ(ScanResult::decode(compactJson(whole)), result);
+    EXPECT_EQ(ScanResult::decode(result.encode(DateForm::iso8601)).startedAt, Date(781'023'164));
     for (const auto& [key, value] : whole.items()) {
         Json lacking = whole;
         lacking.erase(key);
         EXPECT_THROW((void)ScanResult::fromJson(lacking), DecodingError) << key;
+        EXPECT_THROW((void)ScanResult::decode(compactJson(lacking)), DecodingError) << key;
     }
     Json oneBadItem = whole;
     oneBadItem["items"][1].erase("category");
     EXPECT_THROW((void)ScanResult::fromJson(oneBadItem), DecodingError);
+    EXPECT_THROW((void)ScanResult::decode(compactJson(oneBadItem)), DecodingError);
     Json noList = whole;
     noList["items"] = Json::object();
     EXPECT_THROW((void)ScanResult::fromJson(noList), DecodingError);
+    noList["items"]["inside"] = whole["items"][0];
+    EXPECT_THROW((void)ScanResult::decode(compactJson(noList)), DecodingError);
 }
 
 TEST(ScanResult, withoutItemsHoldsNothing) {
     const ScanResult empty{.scannerID = "trash"};
     EXPECT_EQ(empty.totalBytes(), 0);
     EXPECT_EQ(empty.formattedTotal(), "0 bytes");
-    EXPECT_EQ(compactJson(empty.toJson(DateForm::iso8601)),
+    EXPECT_EQ(empty.encode(DateForm::iso8601),
               R"({"scannerID":"trash","startedAt":"2001-01-01T00:00:00Z",)"
               R"("finishedAt":"2001-01-01T00:00:00Z","items":[]})");
 }

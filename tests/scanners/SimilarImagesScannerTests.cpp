@@ -248,8 +248,7 @@ TEST(SimilarImagesScanner, showsTheKeptPathFromTheHomeFolder) {
     const auto category = [&](const char* name) {
         const ScanResult result = SimilarImagesScanner(folder.at(name), 8).scan();
         // What a stored result needs: text that is valid, and the exact place.
-        const ScanResult stored =
-            ScanResult::fromJson(parseJson(compactJson(result.toJson(DateForm::iso8601))));
+        const ScanResult stored = ScanResult::fromJson(parseJson(result.encode(DateForm::iso8601)));
         return stored.items.empty() ? "none" : stored.items.front().category;
     };
     EXPECT_EQ(category("ann"), "~/x/1.png");
