@@ -51,6 +51,7 @@ void addScanCommand(CLI::App& app, CommandContext& context);
 void addCleanCommand(CLI::App& app, CommandContext& context);
 void addBinCommand(CLI::App& app, CommandContext& context);
 void addCheckCommand(CLI::App& app, CommandContext& context);
+void addRemovePrivilegedCommand(CLI::App& app, CommandContext& context);
 void addProtectCommand(CLI::App& app, CommandContext& context);
 void addRestoreCommand(CLI::App& app, CommandContext& context);
 void addAuditCommand(CLI::App& app, CommandContext& context);

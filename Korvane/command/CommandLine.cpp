@@ -24,6 +24,7 @@ void build(CLI::App& app, CommandContext& context) {
     addBinCommand(app, context);
     addCheckCommand(app, context);
     addProtectCommand(app, context);
+    addRemovePrivilegedCommand(app, context);
     addRestoreCommand(app, context);
     addAuditCommand(app, context);
     addUsageCommand(app, context);

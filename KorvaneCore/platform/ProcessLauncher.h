@@ -2,9 +2,11 @@
 
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace korvane {
@@ -22,6 +24,11 @@ struct ProcessRequest {
     /// For programs that ask on the controlling terminal: stays in the foreground process group, so
     /// only the program itself, and not what it started, can be ended early.
     bool usesTerminal = false;
+    /// For programs that wait for a word: shown all output so far each time there is more, on the
+    /// thread that called `run`, until it answers. The answer, a few kilobytes at most, goes to
+    /// standard input, which ends behind it; an empty one only ends it. Must not throw. Limits and
+    /// cancellation rest while it works; they end standard input too. Not set: it is empty.
+    std::function<std::optional<std::string>(std::string_view output)> conversation;
 };
 
 /// How it ended.
@@ -40,11 +47,11 @@ struct ProcessOutcome {
     }
 };
 
-/// Starts programs. Never throws; waits for the end. The child gets an empty standard input, no
-/// descriptor of ours, default signal handling, and the C locale for its texts. A time limit or a
-/// cancellation asks it and all it started to end and, two seconds later, ends them; a program that
-/// this user may not signal is waited for. Output that something it left running writes after the
-/// program's own end is not waited for. Any thread.
+/// Starts programs. Never throws; waits for the end. The child gets an empty standard input (or
+/// one end of a conversation), no descriptor of ours, default signal handling, and the C locale for
+/// its texts. A time limit or a cancellation asks it and all it started to end and, two seconds
+/// later, ends them; a program that this user may not signal is waited for. Output that something
+/// it left running writes after the program's own end is not waited for. Any thread.
 class ProcessLauncher {
   public:
     virtual ~ProcessLauncher() = default;

@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -80,6 +81,21 @@ int openPipe(Pipe& pipe) {
     return 0;
 }
 
+// A socket, because writing to one whose reader has gone can be asked to send no signal.
+int openConversation(Pipe& pair) {
+    int ends[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        return errno;
+    }
+    pair.reading = aboveStandard(ends[0]);
+    const int readingError = errno;
+    pair.writing = aboveStandard(ends[1]);
+    if (!pair.reading) {
+        return readingError;
+    }
+    return pair.writing ? 0 : errno;
+}
+
 std::vector<char*> pointers(std::vector<std::string>& texts) {
     std::vector<char*> list;
     list.reserve(texts.size() + 1);
@@ -120,6 +136,7 @@ class Run {
     int start();
     int spawn();
     void attend();
+    void converse();
     void waitForNews();
     void checkLimits();
     void end(bool& reason);
@@ -133,6 +150,8 @@ class Run {
     ProcessOutcome outcome_;
     Pipe output_;
     Pipe errors_;
+    Pipe input_;            ///< open for writing until the conversation gave its answer
+    std::size_t shown_ = 0; ///< bytes of output that the conversation has seen
     pid_t child_ = -1;
     FileDescriptor childHandle_; ///< readable once the child has ended; may be missing
     Clock::time_point started_ = Clock::now();
@@ -157,7 +176,13 @@ int Run::start() {
             return error;
         }
     }
+    if (request_.conversation) {
+        if (const int error = openConversation(input_); error != 0) {
+            return error;
+        }
+    }
     const int error = spawn();
+    input_.reading.reset();
     output_.writing.reset();
     errors_.writing.reset();
     if (error == 0) {
@@ -168,8 +193,10 @@ int Run::start() {
 
 int Run::spawn() {
     SpawnSettings settings;
-    int error =
-        posix_spawn_file_actions_addopen(&settings.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    int error = input_.reading ? posix_spawn_file_actions_adddup2(
+                                     &settings.actions, input_.reading.get(), STDIN_FILENO)
+                               : posix_spawn_file_actions_addopen(&settings.actions, STDIN_FILENO,
+                                                                  "/dev/null", O_RDONLY, 0);
     error = error != 0 ? error
                        : posix_spawn_file_actions_adddup2(&settings.actions, output_.writing.get(),
                                                           STDOUT_FILENO);
@@ -217,8 +244,22 @@ void Run::attend() {
         if (ended) {
             return;
         }
+        converse();
         checkLimits();
         waitForNews();
+    }
+}
+
+void Run::converse() {
+    if (!input_.writing || outcome_.output.size() == shown_) {
+        return;
+    }
+    shown_ = outcome_.output.size();
+    if (const auto answer = request_.conversation(outcome_.output)) {
+        // A program that reads no more misses the answer; that shows in how it ends.
+        (void)send(input_.writing.get(), answer->data(), answer->size(),
+                   MSG_NOSIGNAL | MSG_DONTWAIT);
+        input_.writing.reset();
     }
 }
 
@@ -266,6 +307,8 @@ void Run::checkLimits() {
 
 void Run::end(bool& reason) {
     reason = true;
+    // One that cannot be signalled and waits for its word must not wait for ever.
+    input_.writing.reset();
     signal(SIGTERM);
     killTime_ = Clock::now() + patience;
 }
