@@ -102,11 +102,12 @@ bool ToolDriver::scan(const ModuleScanner& scanner, const ScanProgressHandler& p
     try {
         ScanResult result = progress ? scanner.scan(progress) : scanner.scan();
         const bool complete = !Task::isCancelled();
-        const auto previous = services_.scanCache().load(scannerID_);
         ToolReview review = makeReview(std::move(result));
         if (complete) {
             // A part of a scan would make everything it did not reach look vanished.
-            review.diff = previous ? ScanDiff::make(*previous, review.result) : std::nullopt;
+            if (const auto previous = services_.scanCache().load(scannerID_)) {
+                review.diff = ScanDiff::make(*previous, review.result);
+            }
             services_.scanCache().save(review.result);
         }
         present(std::move(review), ToolPhase::results);

@@ -5,6 +5,7 @@ run_smart-scan() {
     local entries=$((300000 / scale))
     step "making a home folder of $entries entries"
     # A third is what a Smart Scan measures, the rest is what it only looks through.
+    mkdir -p "$HOME"/{Documents,Projects/site,Library/Caches}
     korvane-test-data tree "$HOME/Documents/archive" $((entries / 3))
     korvane-test-data tree "$HOME/Projects/work" $((entries / 3))
     korvane-test-data tree "$HOME/Projects/site/node_modules" $((entries / 6))
