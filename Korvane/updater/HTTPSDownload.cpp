@@ -15,7 +15,7 @@ namespace korvane {
 namespace {
 
 constexpr int mostRedirections = 5;
-constexpr long slowestBytesPerSecond = 16;
+constexpr long slowestBytesPerSecond = 1024;
 
 /// One request of one address.
 class Transfer {

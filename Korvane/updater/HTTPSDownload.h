@@ -32,7 +32,7 @@ class HTTPSDownload {
         std::int64_t bytes = 0;
         std::chrono::milliseconds connecting{15'000};
         std::chrono::milliseconds everything{0}; ///< 0: as long as it goes on
-        std::chrono::seconds standingStill{30};  ///< less than a few bytes a second for so long
+        std::chrono::seconds standingStill{30};  ///< less than 1 KiB a second for so long
     };
 
     /// Takes the next bytes; false ends the transfer.

@@ -85,6 +85,8 @@ TEST_F(UpdaterTest, judgesEveryFeedByItsSentence) {
          S::unreadableFeed},
         {"no JSON", "{", Kind::failed, S::unreadableFeed},
         {"empty", "", Kind::failed, S::unreadableFeed},
+        {"nested without end", std::string(500'000, '[') + std::string(500'000, ']'), Kind::failed,
+         S::unreadableFeed},
         {"an array", "[]", Kind::failed, S::unreadableFeed},
         {"no version", feed(R"({"version":null})"), Kind::failed, S::unreadableFeed},
         {"no url", feed(R"({"url":null})"), Kind::failed, S::unreadableFeed},
