@@ -1,7 +1,7 @@
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/platform/FileManager.h"
-#include "tests/support/Sandbox.h"
 #include "tests/support/FakeFileManager.h"
+#include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <filesystem>
