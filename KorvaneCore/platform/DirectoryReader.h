@@ -55,4 +55,7 @@ class DirectoryReader {
 /// cannot be read to its end (`errno` says why).
 [[nodiscard]] std::optional<std::vector<std::string>> namesInFolder(const std::string& path);
 
+/// As above, of a folder by its name relative to an open one; "." for the open folder itself.
+[[nodiscard]] std::optional<std::vector<std::string>> namesInFolder(int parent, const char* name);
+
 } // namespace korvane

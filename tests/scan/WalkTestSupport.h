@@ -12,6 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <gtest/gtest.h>
+
 namespace korvane::testing {
 
 /// A walk written down: "depth path", the path relative to the root, "/" behind a folder, "@"
@@ -39,6 +41,13 @@ inline Walked walked(const FileURL& root, const WalkOptions& options = {}) {
         result.lines.push_back("!" + relative(error.url) + ": " + error.underlying);
     }
     return result;
+}
+
+/// Sizing goes its own way through the tree and must come to what a walk comes to.
+inline void expectTotalAgrees(const FileURL& root, const WalkOptions& options, const Walked& walk) {
+    const auto [total, summary] = FileSystemWalker(options).totalSize(root);
+    EXPECT_EQ(total, walk.fileBytes);
+    EXPECT_EQ(summary, walk.summary);
 }
 
 inline std::size_t openDescriptors() {

@@ -81,8 +81,8 @@ FileDescriptor openFolderFollowingLinks(int parent, const char* name) noexcept {
     return openWith(parent, name, 0);
 }
 
-std::optional<std::vector<std::string>> namesInFolder(const std::string& path) {
-    const FileDescriptor folder = openFolderFollowingLinks(AT_FDCWD, path.c_str());
+std::optional<std::vector<std::string>> namesInFolder(int parent, const char* name) {
+    const FileDescriptor folder = openFolderFollowingLinks(parent, name);
     if (!folder) {
         return std::nullopt;
     }
@@ -98,6 +98,10 @@ std::optional<std::vector<std::string>> namesInFolder(const std::string& path) {
     }
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::optional<std::vector<std::string>> namesInFolder(const std::string& path) {
+    return namesInFolder(AT_FDCWD, path.c_str());
 }
 
 } // namespace korvane

@@ -5,7 +5,6 @@
 #include "KorvaneCore/platform/linux/SafeRemoval.h"
 #include "KorvaneCore/platform/linux/TrashInfo.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <ctime>
 
@@ -17,27 +16,6 @@ namespace korvane {
 
 namespace {
 
-/// The names in an open folder; nothing with `errno` set when they cannot all be read.
-std::optional<std::vector<std::string>> namesIn(int folder) {
-    // A descriptor of its own, because a reader starts where the last one stopped.
-    const FileDescriptor fresh(openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!fresh) {
-        return std::nullopt;
-    }
-    DirectoryReader::Buffer buffer = DirectoryReader::makeBuffer();
-    DirectoryReader reader(fresh.get(), buffer);
-    std::vector<std::string> names;
-    while (const auto entry = reader.next()) {
-        names.emplace_back(entry->name);
-    }
-    if (reader.error() != 0) {
-        errno = reader.error();
-        return std::nullopt;
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 class LinuxBinFolder final : public OpenBinFolder {
   public:
     LinuxBinFolder(FileDescriptor files, FileDescriptor notes, std::string path)
@@ -47,7 +25,7 @@ class LinuxBinFolder final : public OpenBinFolder {
     }
 
     [[nodiscard]] std::optional<std::vector<std::string>> names() const override {
-        return namesIn(files_.get());
+        return namesInFolder(files_.get(), ".");
     }
 
     void remove(const std::string& name) override {
@@ -84,7 +62,8 @@ void LinuxBinFolder::dropOrphanedNotes() noexcept {
         return;
     }
     try {
-        for (const std::string& note : namesIn(notes_.get()).value_or(std::vector<std::string>())) {
+        for (const std::string& note :
+             namesInFolder(notes_.get(), ".").value_or(std::vector<std::string>())) {
             if (note.size() > trashInfoExtension.size() && note.ends_with(trashInfoExtension) &&
                 isOrphaned(note)) {
                 unlinkat(notes_.get(), note.c_str(), 0);
