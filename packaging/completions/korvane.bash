@@ -5,7 +5,7 @@ _korvane_options() {
     case $1 in
     scan) echo --scopes --minimum-bytes --limit --threshold ;;
     clean) echo --scopes --minimum-bytes --limit --threshold --items --mode --select --path --yes ;;
-    'bin empty') echo --yes ;;
+    'bin empty' | remove-privileged) echo --yes ;;
     'protect add') echo --note ;;
     restore) echo --all ;;
     'audit list' | 'audit export') echo --query --module ;;
@@ -85,7 +85,7 @@ _korvane_argument() {
         *' duplicate-finder '* | *' similar-images '* | *' large-files '*) _korvane_folders ;;
         esac
         ;;
-    check | measure | 'protect add' | 'rules add') _korvane_files ;;
+    check | measure | remove-privileged | 'protect add' | 'rules add') _korvane_files ;;
     'audit export') [ "${#given[@]}" -gt 0 ] || _korvane_files ;;
     'bin empty') _korvane_folders ;;
     usage | walk | largest | demo) [ "${#given[@]}" -gt 0 ] || _korvane_folders ;;
@@ -118,7 +118,7 @@ _korvane() {
             _korvane_words '--help --version'
         else
             _korvane_words 'tools scan clean bin check protect restore audit usage walk measure
-                find-folders largest catalogue access rules settings update demo'
+                find-folders largest catalogue access rules settings remove-privileged update demo'
         fi
         return
     fi

@@ -102,6 +102,7 @@ __korvane_command catalogue 'Every location that may ever be proposed, and why'
 __korvane_command access 'Locations of the catalogue that cannot be read'
 __korvane_command rules 'Places of your own choice to look at'
 __korvane_command settings 'Read and change the preferences'
+__korvane_command remove-privileged 'Delete with administrator rights'
 __korvane_command update 'Look for a newer Korvane and install it'
 __korvane_command demo 'The whole job on a sample home'
 
@@ -135,7 +136,7 @@ for leaf in tools scan clean 'bin list' 'bin empty' check 'protect list' 'protec
         'protect remove' restore 'audit list' 'audit export' 'audit statistics' 'audit verify' \
         'audit acknowledge' 'audit folder' usage walk measure find-folders largest catalogue \
         access 'rules list' 'rules add' 'rules remove' 'rules preset' 'settings get' \
-        'settings set' 'update check' 'update install' demo
+        'settings set' remove-privileged 'update check' 'update install' demo
     __korvane_leaf $leaf
 end
 
@@ -157,11 +158,11 @@ __korvane_option clean items -r -F -d 'Clean the items of a saved scan'
 __korvane_option clean mode -x -a 'trash permanent' -d 'To the Bin, or for good'
 __korvane_option clean select -x -a 'preselected all none' -d 'Which items'
 __korvane_option clean path -r -F -d 'Also the item at this path'
-for command in clean 'bin empty'
+for command in clean 'bin empty' remove-privileged
     __korvane_option $command yes -d 'Do not ask'
 end
 
-for command in check measure 'protect add' 'rules add' 'audit export'
+for command in check measure remove-privileged 'protect add' 'rules add' 'audit export'
     complete -c korvane -n "__korvane_at $command" -F
 end
 for command in 'bin empty' usage walk largest demo
