@@ -46,7 +46,13 @@ bool LinuxElevation::run(const std::string& shellCommand, const LastLook& lastLo
     if (means.isRoot) {
         return attempt({}, shellCommand, lastLook).completed;
     }
-    const Attempt first = attempt({means.polkit}, shellCommand, lastLook);
+    std::vector<std::string> polkit{means.polkit};
+    if (means.hasTerminal) {
+        // Its own way of asking on a terminal is refused by the very service it asks for; sudo does
+        // that better. Without a terminal it has no such way.
+        polkit.emplace_back("--disable-internal-agent");
+    }
+    const Attempt first = attempt(std::move(polkit), shellCommand, lastLook);
     if (first.hadRights || !means.hasTerminal || Task::isCancelled() ||
         !nobodyToAsk(first.outcome)) {
         return first.completed;
