@@ -169,6 +169,43 @@ TEST(ProcessLauncher, readsBothStreamsAndKeepsNoMoreThanAsked) {
     EXPECT_EQ(outcome.errors.size(), 1000U);
 }
 
+TEST(ProcessLauncher, conversesOnce) {
+    struct Row {
+        const char* name;
+        const char* script;
+        std::string answer;
+        std::string output;
+    };
+    for (const Row& row :
+         {Row{"answered", "printf a; read w; echo \"$w\"; cat; echo end", "go\n", "ago\nend\n"},
+          Row{"ended", "printf a; read w || echo none", "", "anone\n"},
+          Row{"nobody reads", "exec <&-; printf a; sleep 0.2; echo b", "go\n", "ab\n"},
+          Row{"nothing said", "exec >&-; exit 0", "go\n", ""}}) {
+        SCOPED_TRACE(row.name);
+        std::string shown;
+        ProcessRequest request = shell(row.script);
+        request.conversation = [&](std::string_view output) {
+            shown += output;
+            return std::optional(row.answer);
+        };
+        const ProcessOutcome outcome = run(request);
+        EXPECT_EQ(outcome.output, row.output);
+        EXPECT_EQ(shown, row.output.substr(0, 1));
+        EXPECT_TRUE(outcome.succeeded());
+    }
+    // One that ignores the request to end, but not the end of its input.
+    ProcessRequest patient = shell("trap '' TERM; echo ready; read w; exit 7");
+    const auto cancellation = Task::makeCancellation();
+    const Task::Scope scope(cancellation);
+    patient.conversation = [&](std::string_view) {
+        Task::cancel(*cancellation);
+        return std::optional<std::string>();
+    };
+    const ProcessOutcome outcome = run(patient);
+    EXPECT_TRUE(outcome.cancelled);
+    EXPECT_EQ(outcome.exitStatus, 7);
+}
+
 TEST(ProcessLauncher, endsWhatTakesTooLong) {
     struct Row {
         const char* script;
