@@ -152,9 +152,8 @@ TEST(BrowserCacheScanner, showsAProfileNameThatIsNoText) {
     const ScanResult result = BrowserCacheScanner(home.url()).scan();
     ASSERT_EQ(result.items.size(), 1U);
     EXPECT_EQ(result.items[0].category, "Browser · Google Chrome - Profile \\xFF\\n");
-    EXPECT_EQ(
-        ScanResult::fromJson(parseJson(compactJson(result.toJson(DateForm::iso8601)))).items[0].url,
-        home.at(chrome + "Profile \xFF\n/Cache"));
+    EXPECT_EQ(ScanResult::fromJson(parseJson(result.encode(DateForm::iso8601))).items[0].url,
+              home.at(chrome + "Profile \xFF\n/Cache"));
 }
 
 TEST(BrowserCacheScanner, returnsWhatItHadWhenCancelled) {
