@@ -7,8 +7,10 @@
 #include "KorvaneCore/scanners/SmartScanCoordinator.h"
 #include "tests/support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <atomic>
 #include <barrier>
+#include <set>
 #include <stdexcept>
 #include <thread>
 
@@ -219,6 +221,49 @@ TEST(ScannerComposition, buildsTheSmartScanWithoutTheDownloadFolder) {
     EXPECT_THAT(ids(ScannerComposition::scanners(
                     std::array{SmartScanScope::browsers, SmartScanScope::caches}, folders)),
                 ElementsAre("browser-cache|Browser Cache", "cache-cleaner|Cache Cleaner"));
+}
+
+TEST(ScannerComposition, findsTheSameOnEveryRunAndNothingElseWhenCancelledAtAnyMoment) {
+    const testing::TemporaryFolder home;
+    const UserFolders folders{home.url(), home.at("data"), home.at("config"), home.at("tmp")};
+    for (const char* name :
+         {"Library/Caches/A", "Library/Caches/B/deep", "Library/Logs/C", ".npm/_cacache",
+          "p/node_modules/x", "q/.venv", "Library/Application Support/Google/Chrome/Default/Cache",
+          "Library/Application Support/com.gone.app", ".local/share/lima", "go/pkg/mod"}) {
+        for (int i = 0; i < 20; ++i) {
+            home.makeFileOfSize(std::string(name) + "/f" + std::to_string(i), 3000);
+        }
+    }
+    home.makeFile("Desktop/Screenshot.png");
+    home.setModified("Desktop/Screenshot.png", 1e9);
+    const SmartScanCoordinator scanner("smart-scan", "Smart Scan",
+                                       ScannerComposition::defaultSmartScan(folders));
+    using Found = std::set<std::pair<std::string, std::int64_t>>;
+    const auto found = [](const ScanResult& result) {
+        Found places;
+        for (const ScanItem& one : result.items) {
+            places.emplace(one.path(), one.sizeBytes);
+        }
+        return places;
+    };
+    std::atomic<int> reports = 0;
+    const ScanResult whole = scanner.scan([&](const ScanProgress&) { ++reports; });
+    ASSERT_GE(whole.items.size(), 9U);
+    EXPECT_EQ(paths(scanner.scan().items), paths(whole.items));
+    const Found all = found(whole);
+    for (int moment = 1; moment <= reports; moment += 3) {
+        std::atomic<int> count = 0;
+        Found some;
+        Task([&] {
+            const auto own = Task::current();
+            some = found(scanner.scan([&](const ScanProgress&) {
+                if (++count == moment) {
+                    Task::cancel(*own);
+                }
+            }));
+        }).wait();
+        EXPECT_TRUE(std::includes(all.begin(), all.end(), some.begin(), some.end())) << moment;
+    }
 }
 
 TEST(SmartScanScope, isRelevantForDevelopersOnlyWhereThereIsATrace) {
