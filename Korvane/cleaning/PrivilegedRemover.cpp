@@ -54,6 +54,7 @@ Refusal refusal(const FileURL& url, Trouble trouble) {
 
 std::vector<FileURL> urls(const PrivilegedRemover::Screening& screening) {
     std::vector<FileURL> list;
+    list.reserve(screening.accepted.size());
     for (const auto& item : screening.accepted) {
         list.push_back(item.url);
     }

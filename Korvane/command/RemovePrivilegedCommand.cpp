@@ -109,6 +109,7 @@ int removePrivileged(CommandContext& context, const RemovalArguments& arguments)
         throw UsageError("there is no terminal to ask on; add --yes to remove without a question");
     }
     std::vector<FileURL> urls;
+    urls.reserve(arguments.paths.size());
     for (const std::string& path : arguments.paths) {
         urls.push_back(locationOf(context, path));
     }

@@ -95,27 +95,27 @@ TEST_F(LinuxElevationTest, asksOnceThroughWhatThereIs) {
         const char* name;
         std::string polkit;
         std::string sudo;
+        std::string asked;
         bool isRoot;
         bool hasTerminal;
         bool completed;
-        std::string asked;
         bool lastLook = true;
     };
     const Row rows[] = {
-        {"root asks nobody", declined, declined, true, true, true, ""},
-        {"root, last look says no", "", "", true, true, false, "", false},
-        {"polkit", agrees, agrees, false, true, true, "polkit\n"},
-        {"polkit without a terminal", agrees, agrees, false, false, true, "polkit\n"},
-        {"last look says no", agrees, agrees, false, true, false, "polkit\n", false},
-        {"dismissed", dismissed, agrees, false, true, false, "polkit\n"},
-        {"declined", declined, agrees, false, true, false, "polkit\n"},
-        {"no agent", noAgent, agrees, false, true, true, "polkit\nsudo\n"},
-        {"no service", noService, agrees, false, true, true, "polkit\nsudo\n"},
-        {"no agent, no terminal", noAgent, agrees, false, false, false, "polkit\n"},
-        {"no polkit", "", agrees, false, true, true, "sudo\n"},
-        {"no polkit, no terminal", "", agrees, false, false, false, ""},
-        {"neither", "", "", false, true, false, ""},
-        {"says nothing", "exit 0", agrees, false, true, false, "polkit\n"},
+        {"root asks nobody", declined, declined, "", true, true, true},
+        {"root, last look says no", "", "", "", true, true, false, false},
+        {"polkit", agrees, agrees, "polkit\n", false, true, true},
+        {"polkit without a terminal", agrees, agrees, "polkit\n", false, false, true},
+        {"last look says no", agrees, agrees, "polkit\n", false, true, false, false},
+        {"dismissed", dismissed, agrees, "polkit\n", false, true, false},
+        {"declined", declined, agrees, "polkit\n", false, true, false},
+        {"no agent", noAgent, agrees, "polkit\nsudo\n", false, true, true},
+        {"no service", noService, agrees, "polkit\nsudo\n", false, true, true},
+        {"no agent, no terminal", noAgent, agrees, "polkit\n", false, false, false},
+        {"no polkit", "", agrees, "sudo\n", false, true, true},
+        {"no polkit, no terminal", "", agrees, "", false, false, false},
+        {"neither", "", "", "", false, true, false},
+        {"says nothing", "exit 0", agrees, "polkit\n", false, true, false},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);

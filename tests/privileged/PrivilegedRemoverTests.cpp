@@ -163,6 +163,7 @@ TEST_F(PrivilegedRemoverTest, showsNoPromptForWhatItRefuses) {
         {"for a group to write", shared, Kind::protectedLocation, "Another user could"},
     };
     std::vector<FileURL> urls;
+    urls.reserve(rows.size());
     for (const Row& row : rows) {
         urls.push_back(row.url);
     }
@@ -353,7 +354,8 @@ TEST_F(PrivilegedRemoverTest, tellsTheOutcomeByWhatIsOnDisk) {
 }
 
 TEST_F(PrivilegedRemoverTest, recordsWhatWentAndCountsEachByteOnce) {
-    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    // The key goes into a file; a keyring of the tester's is not touched. One thread so far.
+    unsetenv("DBUS_SESSION_BUS_ADDRESS"); // NOLINT(concurrency-mt-unsafe)
     Services services(
         {folder.at("home"), folder.at("home/data"), folder.at("home/config"), folder.at("tmp")});
     const FileURL file = folder.makeFileOfSize("app/tree/file", 50'000);
