@@ -226,6 +226,12 @@ TEST_F(PrivilegedRemoverTest, removesNothingThatWasExchangedWhileThePromptWasOpe
              fs::rename(path("own/sub"), path("own/old"));
              fs::rename(path("victim"), path("own/sub"));
          }},
+        {"the folder, the item moved along", Kind::protectedLocation,
+         [&] {
+             fs::rename(path("own/sub"), path("own/old"));
+             folder.makeFolder("own/sub");
+             fs::rename(path("own/old/item"), path("own/sub/item"));
+         }},
         {"the item for a link", Kind::protectedLocation,
          [&] {
              fs::remove_all(path("own/sub/item"));
