@@ -68,12 +68,7 @@ int add(CommandContext& context, const RulesArguments& arguments) {
     if (rule.name.empty()) {
         rule.name = "My rules";
     }
-    for (const HeuristicRisk risk :
-         {HeuristicRisk::low, HeuristicRisk::medium, HeuristicRisk::high}) {
-        if (rawValue(risk) == arguments.risk) {
-            rule.risk = risk;
-        }
-    }
+    rule.risk = riskFromRawValue(arguments.risk).value_or(rule.risk);
     try {
         rule.validate();
     } catch (const DecodingError& error) {

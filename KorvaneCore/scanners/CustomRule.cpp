@@ -2,8 +2,6 @@
 
 #include "KorvaneCore/foundation/Text.h"
 
-#include <optional>
-
 #include <fmt/format.h>
 
 namespace korvane {
@@ -19,12 +17,8 @@ bool isPresent(const Json& object, std::string_view key) {
 }
 
 HeuristicRisk requireRisk(const Json& object) {
-    const std::string text = requireString(object, "risk");
-    for (const HeuristicRisk risk :
-         {HeuristicRisk::low, HeuristicRisk::medium, HeuristicRisk::high}) {
-        if (rawValue(risk) == text) {
-            return risk;
-        }
+    if (const auto risk = riskFromRawValue(requireString(object, "risk"))) {
+        return *risk;
     }
     throw DecodingError("\"risk\" must be low, medium or high");
 }
