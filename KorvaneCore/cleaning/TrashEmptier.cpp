@@ -2,6 +2,7 @@
 
 #include "KorvaneCore/cleaning/ExclusionStore.h"
 #include "KorvaneCore/cleaning/ItemLocation.h"
+#include "KorvaneCore/foundation/CheckedArithmetic.h"
 #include "KorvaneCore/foundation/FileError.h"
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/platform/BinFolders.h"
@@ -99,7 +100,8 @@ std::int64_t TrashEmptier::freedBytes(const Survey& survey,
         kept = binContentSize(survey.url, launcher_);
     } else {
         for (const std::string& name : survey.excluded) {
-            kept += FileSystemSize::diskUsage(survey.url.appending(name), launcher_);
+            kept =
+                checkedAdd(kept, FileSystemSize::diskUsage(survey.url.appending(name), launcher_));
         }
     }
     return std::max<std::int64_t>(before - kept, 0);
