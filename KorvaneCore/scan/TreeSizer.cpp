@@ -6,16 +6,13 @@
 #include "KorvaneCore/platform/FolderFacts.h"
 #include "KorvaneCore/scan/FolderListing.h"
 #include "KorvaneCore/scan/FolderTrail.h"
+#include "KorvaneCore/scan/SizingQueue.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <condition_variable>
-#include <deque>
 #include <iterator>
 #include <limits>
-#include <memory>
-#include <mutex>
 #include <utility>
 
 #include <fcntl.h>
@@ -31,88 +28,6 @@ using Kind = DirectoryReader::Kind;
 constexpr std::int64_t entriesBeforeThreads = 2000;
 // Below the size at which every allocation would be a mapping of its own.
 constexpr std::size_t bufferSize = 64UL * 1024UL;
-
-/// Some of the folders in an open folder, for another thread to go into.
-struct Share {
-    std::size_t root = 0;
-    std::int64_t depth = 0; ///< of the folder that holds them
-    FileDescriptor folder;
-    std::string path;
-    FolderListing names;
-};
-
-/// Hands roots and shares to the workers and gathers what they found.
-class SizingQueue {
-  public:
-    explicit SizingQueue(std::size_t rootCount) : results_(rootCount) {}
-
-    struct Work {
-        std::optional<Share> share; ///< absent: begin the root itself
-        std::size_t root = 0;
-    };
-
-    /// The next piece; waits while others may still give some away. Nothing when all is done.
-    std::optional<Work> take() {
-        std::unique_lock lock(mutex_);
-        while (true) {
-            if (!shares_.empty()) {
-                ++active_;
-                Work work{std::move(shares_.front()), 0};
-                work.root = work.share->root;
-                shares_.pop_front();
-                return work;
-            }
-            if (nextRoot_ < results_.size()) {
-                ++active_;
-                return Work{std::nullopt, nextRoot_++};
-            }
-            if (active_ == 0) {
-                return std::nullopt;
-            }
-            waiting_.fetch_add(1, std::memory_order_relaxed);
-            changed_.wait(lock);
-            waiting_.fetch_sub(1, std::memory_order_relaxed);
-        }
-    }
-
-    /// Ends a piece: adds what was found to its root.
-    void finish(std::size_t root, TreeSize&& found) {
-        const std::lock_guard lock(mutex_);
-        TreeSize& result = results_[root];
-        WalkSummary& summary = result.summary;
-        result.begun = result.begun || found.begun;
-        result.bytes = checkedAdd(result.bytes, found.bytes);
-        summary.entriesVisited = checkedAdd(summary.entriesVisited, found.summary.entriesVisited);
-        summary.cancelled = summary.cancelled || found.summary.cancelled;
-        summary.errors.insert(summary.errors.end(),
-                              std::make_move_iterator(found.summary.errors.begin()),
-                              std::make_move_iterator(found.summary.errors.end()));
-        --active_;
-        changed_.notify_all();
-    }
-
-    /// Whether a worker has nothing to do. A hint, cheap enough to ask after every folder.
-    [[nodiscard]] bool isHungry() const noexcept {
-        return waiting_.load(std::memory_order_relaxed) > 0;
-    }
-
-    void give(Share&& share) {
-        const std::lock_guard lock(mutex_);
-        shares_.push_back(std::move(share));
-        changed_.notify_one();
-    }
-
-    [[nodiscard]] std::vector<TreeSize>& results() noexcept { return results_; }
-
-  private:
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<Share> shares_;
-    std::size_t nextRoot_ = 0;
-    std::size_t active_ = 0;
-    std::vector<TreeSize> results_;
-    std::atomic<int> waiting_ = 0;
-};
 
 /// Goes through one piece of work at a time, depth first. Can be interrupted between two folders
 /// and go on later on another thread.
