@@ -19,6 +19,9 @@ namespace korvane {
 /// links are not resolved. Any thread.
 [[nodiscard]] bool isBinFolder(const FileURL& url, const UserFolders& folders);
 
+/// Whether a folder is laid out as a Bin, of whomever and wherever: nothing in it is looked for.
+[[nodiscard]] bool looksLikeBin(const FileURL& folder);
+
 /// A Bin folder held open, so that everything is done in that very folder. Not shared between
 /// threads.
 class OpenBinFolder {

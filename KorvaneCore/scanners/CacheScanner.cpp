@@ -1,6 +1,7 @@
 #include "KorvaneCore/scanners/CacheScanner.h"
 
 #include "KorvaneCore/foundation/Task.h"
+#include "KorvaneCore/platform/BinFolders.h"
 #include "KorvaneCore/platform/DirectoryReader.h"
 #include "KorvaneCore/platform/FolderFacts.h"
 #include "KorvaneCore/scan/FileSystemWalker.h"
@@ -99,8 +100,7 @@ std::vector<ScanItem> itemsOf(const PathHeuristic& row, const FileURL& home) {
 }
 
 /// Every folder of the searched rows' names below the home folder, in the order of their paths. Not
-/// entered: what was found, the Library with its places of their own, and hidden folders, the Bin
-/// among them.
+/// entered: what was found, the Library with its places of their own, hidden folders, and Bins.
 std::vector<ScanItem> searchFolders(const std::vector<const PathHeuristic*>& searched,
                                     const FileURL& home, std::optional<std::int64_t> maxDepth) {
     std::map<std::string_view, const PathHeuristic*> byName;
@@ -122,8 +122,9 @@ std::vector<ScanItem> searchFolders(const std::vector<const PathHeuristic*>& sea
                              .isDirectory = true});
             return WalkDecision::skipDescendants;
         }
-        return name.starts_with('.') || name == "Library" ? WalkDecision::skipDescendants
-                                                          : WalkDecision::proceed;
+        return name.starts_with('.') || name == "Library" || looksLikeBin(entry.url)
+                   ? WalkDecision::skipDescendants
+                   : WalkDecision::proceed;
     });
     return items;
 }

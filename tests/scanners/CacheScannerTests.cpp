@@ -113,10 +113,12 @@ TEST_F(CacheScannerTest, searchesNamesEverywhereButWhereOthersAreAtHome) {
     fill("code/p/node_modules/x/node_modules", 9000);
     fill("code/q/.venv");
     fill("deep/1/2/3/node_modules");
-    for (const char* left : {".config/node_modules", "Library/App/node_modules",
-                             ".Trash/node_modules", "code/Library/.venv", ".local/.venv"}) {
+    for (const char* left :
+         {".config/node_modules", "Library/App/node_modules", ".Trash/node_modules",
+          "code/Library/.venv", ".local/.venv", "data/Trash/files/p/node_modules"}) {
         fill(left);
     }
+    home.makeFolder("data/Trash/info");
     fill("elsewhere/sub");
     home.makeFile("code/r/node_modules", "a file");
     home.makeLink("code/s", home.at("elsewhere").path());

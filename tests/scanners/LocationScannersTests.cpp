@@ -1,3 +1,4 @@
+#include "KorvaneCore/platform/BinFolders.h"
 #include "KorvaneCore/scanners/DownloadsScanner.h"
 #include "KorvaneCore/scanners/ICloudCleanupScanner.h"
 #include "KorvaneCore/scanners/LargeFileScanner.h"
@@ -6,6 +7,8 @@
 #include "KorvaneCore/scanners/TrashScanner.h"
 #include "tests/support/FakeProcessLauncher.h"
 #include "tests/support/TemporaryFolder.h"
+
+#include <filesystem>
 
 #include <unistd.h>
 
@@ -128,10 +131,26 @@ TEST_F(LocationScannersTest, measuresTheBinsOfThisUserOnly) {
             EXPECT_LT(item.sizeBytes, 310000);
         }
     }
-    home.makeFileOfSize("elsewhere/files/x", 300000);
-    home.makeLink(".Trash/x", "/");
     FakeProcessLauncher failing([](const ProcessRequest&) { return ProcessOutcome(); });
     EXPECT_EQ(binContentSize(home.at("data/Trash/files"), failing), 0);
+
+    const auto bins = [&] {
+        std::vector<FileURL> own = binFolders(folders());
+        std::erase_if(own,
+                      [&](const FileURL& bin) { return !bin.path().starts_with(home.path()); });
+        return own;
+    };
+    EXPECT_THAT(bins(), ElementsAre(home.at("data/Trash/files"), home.at(".Trash")));
+    // Neither another user's folder nor what a link leads to is this user's Bin.
+    if (geteuid() == 0) {
+        ASSERT_EQ(chown(home.at(".Trash").path().c_str(), 65534, 65534), 0);
+        EXPECT_THAT(bins(), ElementsAre(home.at("data/Trash/files")));
+    }
+    home.makeFolder("elsewhere");
+    std::filesystem::remove_all(home.at("data/Trash/files").path());
+    home.makeLink("data/Trash/files", home.at("elsewhere").path());
+    std::filesystem::remove(home.at(".Trash").path());
+    EXPECT_THAT(bins(), IsEmpty());
 }
 
 TEST_F(LocationScannersTest, listsSnapshotsWhereThereIsATool) {

@@ -83,6 +83,17 @@ bool isBinFolder(const FileURL& url, const UserFolders& folders) {
     return std::find(all.begin(), all.end(), place) != all.end();
 }
 
+bool looksLikeBin(const FileURL& folder) {
+    const std::string_view name = folder.lastPathComponent();
+    const auto holdsFolder = [&](std::string_view inside) {
+        FileFacts facts;
+        return readFacts(AT_FDCWD, folder.appending(inside).path().c_str(), facts) == 0 &&
+               facts.kind == DirectoryReader::Kind::folder;
+    };
+    return name == ".Trash" || name == ".Trashes" || name.starts_with(".Trash-") ||
+           (name == "Trash" && holdsFolder("files") && holdsFolder("info"));
+}
+
 std::vector<FileURL> binFolders(const UserFolders& folders) {
     BinFinder finder;
     finder.offer(homeBin(folders));
