@@ -61,13 +61,16 @@ void CollectorStore::clear() {
     }
 }
 
-CleanupResult CollectorStore::deleteAll(DeletionMode mode, Services& services,
-                                        const CleanupProgressHandler& progress) {
+std::optional<CleanupResult> CollectorStore::deleteAll(DeletionMode mode, Services& services,
+                                                       const CleanupProgressHandler& progress) {
     CleanupOperation operation;
     operation.scannerID = scannerID;
     operation.approvedAt = Date::now();
     {
         const std::lock_guard guard(lock_);
+        if (isDeleting_) {
+            return std::nullopt;
+        }
         isDeleting_ = true;
         operation.items = items_;
     }

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_set>
@@ -35,9 +36,10 @@ class CollectorStore {
     void clear();
 
     /// Removes everything staged as one operation, on the calling thread, and ends with an empty
-    /// Collector however it went. What was staged is exactly what is handed to the Cleaner.
-    CleanupResult deleteAll(DeletionMode mode, Services& services,
-                            const CleanupProgressHandler& progress = {});
+    /// Collector however it went. What was staged is exactly what is handed to the Cleaner. Nothing
+    /// while a delete is under way.
+    std::optional<CleanupResult> deleteAll(DeletionMode mode, Services& services,
+                                           const CleanupProgressHandler& progress = {});
 
   private:
     mutable std::mutex lock_;

@@ -206,7 +206,7 @@ int cleanTogether(CommandContext& context, const CleanArguments& arguments,
         return *status;
     }
     return report(context, withProgress(context, [&](const CleanupProgressHandler& progress) {
-                      return collector.deleteAll(mode, context.services, progress);
+                      return *collector.deleteAll(mode, context.services, progress);
                   }));
 }
 

@@ -63,18 +63,19 @@ TEST_F(CollectorStoreTest, removesEverythingTogetherAndEndsEmpty) {
     cloud.heuristicID = "icloud.local-copies";
     collector.stage(std::vector{child, kept, parent, cloud});
     bool wasDeleting = false;
-    const CleanupResult result =
+    const auto result =
         collector.deleteAll(DeletionMode::trash, services, [&](const CleanupProgress&) {
             wasDeleting = collector.isDeleting();
+            EXPECT_FALSE(collector.deleteAll(DeletionMode::permanent, services));
             collector.stage(std::vector{item("late")});
             collector.clear();
         });
     EXPECT_TRUE(wasDeleting);
     EXPECT_FALSE(collector.isDeleting());
     EXPECT_THAT(collector.items(), IsEmpty());
-    EXPECT_EQ(result.succeeded.size(), 1U);
-    EXPECT_EQ(result.skipped.size(), 1U);
-    EXPECT_EQ(result.failed.size(), 2U);
+    EXPECT_EQ(result->succeeded.size(), 1U);
+    EXPECT_EQ(result->skipped.size(), 1U);
+    EXPECT_EQ(result->failed.size(), 2U);
     EXPECT_TRUE(folder.exists("home/stuff/kept") && folder.exists("home/stuff/cloud"));
     EXPECT_TRUE(folder.exists("home/stuff/late"));
     const auto entries = services.auditLog().entries();
