@@ -1,6 +1,7 @@
 #include "Korvane/command/Selection.h"
 
 #include "Korvane/command/CommandContext.h"
+#include "Korvane/tools/Preselection.h"
 #include "KorvaneCore/foundation/Text.h"
 
 #include <fmt/format.h>
@@ -18,6 +19,13 @@ std::unordered_set<UUID> selectedItems(const ReviewList& reviews,
                 selected.insert(item.id);
             }
         }
+    }
+    if (arguments.rule == "preselected") {
+        std::vector<const ScanResult*> results;
+        for (const auto& review : reviews) {
+            results.push_back(&review->result);
+        }
+        keepOneCopyOfEach(results, selected);
     }
     for (const FileURL& path : arguments.paths) {
         const std::string key = path.standardized().path();

@@ -3,7 +3,11 @@
 #include "KorvaneCore/scan/PathHeuristicRows.h"
 #include "KorvaneCore/scan/PathHeuristics.h"
 
+#include <algorithm>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
 
 namespace korvane {
 
@@ -15,7 +19,61 @@ bool isForPeopleOnly(const PathHeuristic& row) {
            row.id == PathHeuristics::downloadsAllFiles.id;
 }
 
+bool isDuplicate(const ScanItem& item) {
+    return item.heuristicID == PathHeuristics::duplicateFinderDuplicate.id;
+}
+
+/// What goes because something else than a group of duplicates was ticked.
+class OtherRemovals {
+  public:
+    OtherRemovals(std::span<const ScanResult* const> results,
+                  const std::unordered_set<UUID>& selected) {
+        for (const ScanResult* result : results) {
+            for (const ScanItem& item : result->items) {
+                if (!isDuplicate(item) && selected.contains(item.id)) {
+                    paths_.insert(itemKey(item));
+                }
+            }
+        }
+    }
+
+    /// Whether the item itself, or a folder above it, is among them.
+    [[nodiscard]] bool take(const ScanItem& item) const {
+        const std::string key = itemKey(item);
+        for (std::string_view path = key; path.size() >= 2; path = parentPath(path)) {
+            if (paths_.contains(std::string(path))) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+  private:
+    std::unordered_set<std::string> paths_;
+};
+
 } // namespace
+
+void keepOneCopyOfEach(std::span<const ScanResult* const> results,
+                       std::unordered_set<UUID>& selected) {
+    const OtherRemovals others(results, selected);
+    std::unordered_map<std::string_view, std::vector<const ScanItem*>> groups; // what others leave
+    for (const ScanResult* result : results) {
+        for (const ScanItem& item : result->items) {
+            if (isDuplicate(item) && !others.take(item)) {
+                groups[item.category].push_back(&item);
+            }
+        }
+    }
+    for (const auto& [digest, members] : groups) {
+        const bool oneStays =
+            std::any_of(members.begin(), members.end(),
+                        [&](const ScanItem* item) { return !selected.contains(item->id); });
+        if (!oneStays) {
+            selected.erase(members.front()->id);
+        }
+    }
+}
 
 std::unordered_set<UUID> preselectedItems(const ScanResult& result) {
     std::unordered_set<UUID> selected;
@@ -25,9 +83,8 @@ std::unordered_set<UUID> preselectedItems(const ScanResult& result) {
         if (row == nullptr) {
             continue;
         }
-        const bool isDuplicate = row->id == PathHeuristics::duplicateFinderDuplicate.id;
-        if (isDuplicate ? !groups.insert(item.category).second
-                        : row->risk == HeuristicRisk::low && !isForPeopleOnly(*row)) {
+        if (isDuplicate(item) ? !groups.insert(item.category).second
+                              : row->risk == HeuristicRisk::low && !isForPeopleOnly(*row)) {
             selected.insert(item.id);
         }
     }

@@ -2,6 +2,7 @@
 
 #include "KorvaneCore/scan/ScanResult.h"
 
+#include <span>
 #include <unordered_set>
 
 namespace korvane {
@@ -10,5 +11,11 @@ namespace korvane {
 /// first, whatever their risk; never anything of similar images, large files and downloads, which
 /// only a person can judge. An item without a row in the catalogue never does.
 [[nodiscard]] std::unordered_set<UUID> preselectedItems(const ScanResult& result);
+
+/// For the ticks of several tools together: the copy that one tool keeps may lie in a folder that
+/// another removes. Unticks a copy elsewhere then, so that one stays of every group of duplicates;
+/// where all of them lie in such folders, the folders are what the user means.
+void keepOneCopyOfEach(std::span<const ScanResult* const> results,
+                       std::unordered_set<UUID>& selected);
 
 } // namespace korvane

@@ -1,6 +1,7 @@
 #include "tests/command/CommandFixture.h"
 
-#include <map>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -62,6 +63,23 @@ TEST_F(ScanCommandTest, findsCopiesAndKeepsOneOfThem) {
                 ElementsAre("data/c"));
 }
 
+TEST_F(ScanCommandTest, keepsACopyThatNoOtherToolTakesAlong) {
+    const std::string only(5000, 'x');
+    folder.makeFile("home/Library/Caches/A/newest", only); // kept among copies, but in a cache
+    folder.makeFile("home/Library/Documents/letter", only);
+    folder.makeFile("home/Library/Documents/letter 2", only);
+    folder.setModified("home/Library/Documents/letter", 1e9);
+    folder.setModified("home/Library/Documents/letter 2", 1e9 + 1);
+    folder.makeFile("home/Library/Caches/B/one", std::string(6000, 'y'));
+    folder.makeFile("home/Library/Caches/C/two", std::string(6000, 'y'));
+    EXPECT_EQ(korvane({"clean", "cache-cleaner", "duplicate-finder", "~/Library", "--mode",
+                       "permanent", "--yes"})
+                  .status,
+              0);
+    EXPECT_THAT(folder.listing("home/Library"),
+                ElementsAre("Caches/", "Documents/", "Documents/letter 2"));
+}
+
 TEST_F(ScanCommandTest, saysInOneSentenceWhatCannotBeScanned) {
     folder.makeFile("home/file");
     const std::vector<std::pair<std::vector<std::string>, const char*>> rows = {
@@ -119,6 +137,17 @@ TEST_F(ScanCommandTest, measuresTheBinButLeavesItsRemovalToEmptying) {
 TEST_F(ScanCommandTest, listsWhatCannotBeRead) {
     EXPECT_EQ(korvane({"access", "--json"}).json(), Json::array());
     EXPECT_EQ(korvane({"scan", "smart-scan"}).errors, "");
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root may read everything";
+    }
+    const FileURL barred = folder.makeFolder("home/.gradle/caches");
+    ASSERT_EQ(chmod(barred.path().c_str(), 0), 0);
+    const Json listed = korvane({"access", "--json"}).json();
+    ASSERT_EQ(listed.size(), 1U);
+    EXPECT_EQ(listed.at(0).at("id"), "dev.gradle.cache");
+    EXPECT_EQ(listed.at(0).at("path"), barred.path());
+    EXPECT_THAT(korvane({"scan", "smart-scan"}).errors, HasSubstr("1 place could not be read"));
+    ASSERT_EQ(chmod(barred.path().c_str(), 0700), 0);
 }
 
 } // namespace
