@@ -1,3 +1,4 @@
+#include "tests/support/FaultInjection.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -51,7 +52,7 @@ Snapshot itemIn(const Snapshot& all, const std::string& path, const std::string&
 /// Runs a file operation in a process of its own again and again, each time with one system call
 /// failing, or the process killed at it, in a world made anew, and asks what is true of the world
 /// afterwards.
-class FaultInjection : public ::testing::Test {
+class FaultInjection : public FaultInjectionTest {
   protected:
     struct Outcome {
         std::string fault;
@@ -67,16 +68,6 @@ class FaultInjection : public ::testing::Test {
         std::vector<std::string> calls;     ///< to be made to fail, one after another
         std::vector<std::string> always;    ///< faults in every run: "openat2:error=ENOSYS"
     };
-
-    void SetUp() override {
-#ifdef KORVANE_SANITIZED
-        GTEST_SKIP() << "the sanitizers' own system calls would be made to fail";
-#endif
-        if (runProgram({"strace", "-o", "/dev/null", "-e", "inject=getppid:error=EIO", "true"}) !=
-            0) {
-            GTEST_SKIP() << "strace is missing or may not trace";
-        }
-    }
 
     void run(const Operation& operation, const std::function<void(const Outcome&)>& check) {
         std::size_t turn = 0;

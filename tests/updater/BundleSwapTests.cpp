@@ -1,3 +1,4 @@
+#include "tests/support/FaultInjection.h"
 #include "tests/support/Sandbox.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -13,18 +14,8 @@ namespace korvane::testing {
 namespace {
 
 /// Swaps again and again, each time with one system call failing or the process killed at it.
-class BundleSwapFaults : public ::testing::Test {
+class BundleSwapFaults : public FaultInjectionTest {
   protected:
-    void SetUp() override {
-#ifdef KORVANE_SANITIZED
-        GTEST_SKIP() << "the sanitizers' own system calls would be made to fail";
-#endif
-        if (runProgram({"strace", "-o", "/dev/null", "-e", "inject=getppid:error=EIO", "true"}) !=
-            0) {
-            GTEST_SKIP() << "strace is missing or may not trace";
-        }
-    }
-
     void makeWorld() const {
         std::filesystem::remove_all(folder.at("apps").path());
         std::filesystem::remove_all(folder.at("tmp").path());
