@@ -28,6 +28,7 @@ struct Setup {
         }
         // Whole pictures go back to the system when they are done with. Left alone, the allocator
         // learns to keep blocks of their size, in pieces that the next picture does not fit into.
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): once, under the lock of the first use
         mallopt(M_MMAP_THRESHOLD, 1'048'576);
         // No picture is decoded twice, and one at a time is what a scan promises.
         setCacheSize(0);
