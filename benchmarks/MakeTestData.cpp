@@ -50,7 +50,7 @@ void writeItems(const FileURL& file, const FileURL& folder) {
         item.isDirectory = lstat(item.path().c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
         result.items.push_back(std::move(item));
     }
-    writeFileAtomically(file, compactJson(result.toJson(DateForm::iso8601)));
+    writeFileAtomically(file, result.encode(DateForm::iso8601));
 }
 
 int make(std::span<char*> arguments) {

@@ -206,7 +206,7 @@ std::string letters(const std::optional<Thumbnail>& picture) {
     std::string text;
     for (std::size_t i = 0; i < picture->size.count(); ++i) {
         const std::uint8_t* pixel = &picture->rgba[i * 4];
-        const std::uint32_t colour = pixel[0] << 16U | pixel[1] << 8U | pixel[2];
+        const int colour = pixel[0] << 16 | pixel[1] << 8 | pixel[2];
         text += colour == 0          ? 'k'
                 : colour == 0xFF0000 ? 'r'
                 : colour == 0x00FF00 ? 'g'
