@@ -16,6 +16,11 @@ namespace {
 // How soon a cancelled task that waits for another's listing notices.
 constexpr std::chrono::milliseconds cancellationInterval(50);
 
+bool isInside(const FileURL& url, const FileURL& folder) {
+    const std::string& path = folder.path();
+    return url == folder || url.path().starts_with(path.ends_with('/') ? path : path + '/');
+}
+
 } // namespace
 
 DiskUsageBrowser::DiskUsageBrowser()
@@ -60,6 +65,23 @@ void DiskUsageBrowser::goTo(std::size_t crumb) {
         show({view_.crumbs.begin(), view_.crumbs.begin() + static_cast<std::ptrdiff_t>(crumb) + 1},
              held);
     }
+}
+
+void DiskUsageBrowser::refresh() {
+    std::unique_lock held(lock_);
+    if (!view_.crumbs.empty()) {
+        forget(view_.crumbs.back());
+        show(view_.crumbs, held);
+    }
+}
+
+// What changed inside a folder changed what the folders around it take, too.
+void DiskUsageBrowser::forget(const FileURL& folder) {
+    const auto isTouched = [&](const auto& known) {
+        return isInside(known.first, folder) || isInside(folder, known.first);
+    };
+    std::erase_if(listings_, isTouched);
+    std::erase_if(sizes_, isTouched);
 }
 
 void DiskUsageBrowser::show(std::vector<FileURL> crumbs, std::unique_lock<std::mutex>& held) {

@@ -48,6 +48,8 @@ class DiskUsageBrowser {
     void enter(const FileURL& child);
     /// Goes back to a crumb; an index beyond them is ignored.
     void goTo(std::size_t crumb);
+    /// Measures the folder on show and everything inside anew.
+    void refresh();
 
     /// What a folder was measured to take; nothing when it was not.
     [[nodiscard]] std::optional<std::int64_t> size(const FileURL& folder) const;
@@ -56,6 +58,7 @@ class DiskUsageBrowser {
     using Shared = std::shared_ptr<const Listing>;
 
     void show(std::vector<FileURL> crumbs, std::unique_lock<std::mutex>& held);
+    void forget(const FileURL& folder);
     [[nodiscard]] Shared listing(const FileURL& folder, std::unique_lock<std::mutex>& held);
 
     List list_;

@@ -19,10 +19,6 @@ bool isForPeopleOnly(const PathHeuristic& row) {
            row.id == PathHeuristics::downloadsAllFiles.id;
 }
 
-bool isDuplicate(const ScanItem& item) {
-    return item.heuristicID == PathHeuristics::duplicateFinderDuplicate.id;
-}
-
 /// What goes because something else than a group of duplicates was ticked.
 class OtherRemovals {
   public:
@@ -53,6 +49,10 @@ class OtherRemovals {
 };
 
 } // namespace
+
+bool isDuplicate(const ScanItem& item) {
+    return item.heuristicID == PathHeuristics::duplicateFinderDuplicate.id;
+}
 
 void keepOneCopyOfEach(std::span<const ScanResult* const> results,
                        std::unordered_set<UUID>& selected) {

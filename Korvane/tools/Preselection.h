@@ -7,6 +7,10 @@
 
 namespace korvane {
 
+/// Whether the item is one of several files of the same content, its group its category: one of
+/// them always stays.
+[[nodiscard]] bool isDuplicate(const ScanItem& item);
+
 /// Ids of the items that start ticked: those of low risk; of a group of duplicates all but the
 /// first, whatever their risk; never anything of similar images, large files and downloads, which
 /// only a person can judge. An item without a row in the catalogue never does.

@@ -1,9 +1,8 @@
 #include "Korvane/tools/TreemapPicture.h"
 
-#include "KorvaneCore/foundation/CheckedArithmetic.h"
+#include "Korvane/tools/UsageEntries.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scan/ByteDisplay.h"
-#include "KorvaneCore/scanners/FileKind.h"
 #include "KorvaneCore/scanners/Treemap.h"
 
 #include <algorithm>
@@ -30,27 +29,13 @@ constexpr double detailSize = 11;
 // What a column of proportional text takes of its size, at the most in running text.
 constexpr double columnWidth = 0.6;
 
-/// How entries of one kind look: dark letters can be read on all of the colours.
-struct Look {
-    std::string_view title;
-    std::string_view colour;
-};
+// How entries of each kind look: dark letters can be read on all of the colours.
+constexpr std::array<std::string_view, UsageEntries::kindCount> colours{
+    "#8fb8de", "#c3a6d8", "#e3b778", "#e59a8e", "#9fd3b0",
+    "#f1d47a", "#b7d38c", "#8fcfd1", "#c9ced6"};
 
-constexpr Look folderLook{"Folders", "#8fb8de"};
-// In the order of FileKind.
-constexpr std::array<Look, 8> looks{{{"Disk images", "#c3a6d8"},
-                                     {"Archives", "#e3b778"},
-                                     {"Video", "#e59a8e"},
-                                     {"Audio", "#9fd3b0"},
-                                     {"Pictures", "#f1d47a"},
-                                     {"Documents", "#b7d38c"},
-                                     {"Apps", "#8fcfd1"},
-                                     {"Other", "#c9ced6"}}};
-
-const Look& look(const DiskUsageNode& node) {
-    return node.isDirectory
-               ? folderLook
-               : looks.at(static_cast<std::size_t>(fileKind(node.url.pathExtension())));
+std::string_view colour(const DiskUsageNode& node) {
+    return colours.at(UsageEntries::kind(node));
 }
 
 /// Text as it may stand in XML. What displayText leaves and XML forbids are two non-characters.
@@ -98,12 +83,6 @@ std::size_t columnsIn(double width, double size) {
     return static_cast<std::size_t>(std::max(0.0, width / (size * columnWidth)));
 }
 
-std::string share(std::int64_t bytes, std::int64_t total) {
-    const double percent =
-        total > 0 ? 100 * static_cast<double>(bytes) / static_cast<double>(total) : 0;
-    return percent >= 10 ? fmt::format("{:.0f} %", percent) : fmt::format("{:.1f} %", percent);
-}
-
 std::string text(double x, double y, std::string_view kind, std::string_view content) {
     return fmt::format("<text x=\"{:.2f}\" y=\"{:.2f}\" class=\"{}\">{}</text>\n", x, y, kind,
                        escaped(content));
@@ -141,35 +120,32 @@ std::string tile(const DiskUsageNode& node, const Rectangle& place, std::int64_t
         "<rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\" rx=\"{:.1f}\" "
         "fill=\"{}\"/>\n",
         escaped(displayText(node.name)), ByteDisplay::format(node.sizeBytes),
-        share(node.sizeBytes, total), box.x, box.y, box.width, box.height,
-        std::min({3.0, box.width / 4, box.height / 4}), look(node).colour);
+        UsageEntries::share(node.sizeBytes, total), box.x, box.y, box.width, box.height,
+        std::min({3.0, box.width / 4, box.height / 4}), colour(node));
     return result + label(node, box) + "</g>\n";
 }
 
 /// The colours that occur, as far as the width allows.
 std::string legend(std::span<const DiskUsageNode> nodes, double y, double width) {
-    std::vector<const Look*> all{&folderLook};
-    for (const Look& one : looks) {
-        all.push_back(&one);
-    }
-    std::set<const Look*> used;
+    std::set<std::size_t> used;
     for (const DiskUsageNode& node : nodes) {
         if (node.sizeBytes > 0) {
-            used.insert(&look(node));
+            used.insert(UsageEntries::kind(node));
         }
     }
     std::string result;
     double x = margin;
-    for (const Look* one : all) {
+    for (const std::size_t kind : used) {
+        const std::string_view title = UsageEntries::kindTitle(kind);
         const double taken =
-            30 + static_cast<double>(displayWidth(one->title)) * detailSize * columnWidth;
-        if (!used.contains(one) || x + taken > margin + width) {
+            30 + static_cast<double>(displayWidth(title)) * detailSize * columnWidth;
+        if (x + taken > margin + width) {
             continue;
         }
         result += fmt::format("<rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"11\" height=\"11\" rx=\"2\" "
                               "fill=\"{}\"/>\n",
-                              x, y - 9.5, one->colour);
-        result += text(x + 16, y, "detail", one->title);
+                              x, y - 9.5, colours.at(kind));
+        result += text(x + 16, y, "detail", title);
         x += taken;
     }
     return result;
@@ -188,10 +164,9 @@ text{font-family:"DejaVu Sans","Liberation Sans",sans-serif;fill:#1d2733}
 
 std::string treemapPicture(const FileURL& folder, std::span<const DiskUsageNode> nodes,
                            double width, double height) {
-    std::int64_t total = 0;
+    const std::int64_t total = UsageEntries::totalBytes(nodes);
     std::vector<double> values;
     for (const DiskUsageNode& node : nodes) {
-        total = checkedAdd(total, node.sizeBytes);
         values.push_back(static_cast<double>(node.sizeBytes));
     }
     const std::vector<Rectangle> places = Treemap::layout(values, width, height);

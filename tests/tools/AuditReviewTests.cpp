@@ -1,9 +1,11 @@
 #include "Korvane/audit/AuditExport.h"
 #include "Korvane/audit/AuditReview.h"
+#include "Korvane/audit/AuditText.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,6 +69,39 @@ TEST_F(AuditReviewTest, drawsOneBarADayOrWeekAcrossAChangeOfClocks) {
     EXPECT_EQ(weeks[7], (ChartBar{7, "2 Mar", 48}));
     EXPECT_EQ(weeks[10], (ChartBar{10, "23 Mar", 12}));
     EXPECT_EQ(weeks.back(), (ChartBar{11, "30 Mar", 3}));
+}
+
+TEST_F(AuditReviewTest, dividesTheAxisOfAChartIntoRoundSteps) {
+    EXPECT_THAT(axisAmounts(0), ElementsAre(0, 1));
+    EXPECT_THAT(axisAmounts(7), ElementsAre(0, 2, 4, 6, 8));
+    EXPECT_THAT(axisAmounts(10), ElementsAre(0, 2, 4, 6, 8, 10));
+    EXPECT_THAT(axisAmounts(11), ElementsAre(0, 5, 10, 15));
+    EXPECT_THAT(
+        axisAmounts(2'300'000'000),
+        ElementsAre(0, 500'000'000, 1'000'000'000, 1'500'000'000, 2'000'000'000, 2'500'000'000));
+    EXPECT_EQ(axisAmounts(std::numeric_limits<std::int64_t>::max()).size(), 6U);
+}
+
+TEST_F(AuditReviewTest, saysWhatAnOperationDid) {
+    AuditEntry made = entry("2026-11-14T18:52:44Z");
+    const auto summary = [&](std::int64_t succeeded, std::int64_t failed, std::size_t inBin) {
+        made.succeededCount = succeeded;
+        made.failedCount = failed;
+        made.restorable = std::vector<RestorableItem>(inBin);
+        return AuditText::operationSummary(made);
+    };
+    EXPECT_EQ(summary(3, 0, 3), "3 items moved to the Bin");
+    EXPECT_EQ(summary(3, 1, 1), "1 item moved to the Bin, 2 deleted, 1 could not be removed");
+    EXPECT_EQ(summary(0, 2, 0), "2 items could not be removed");
+    EXPECT_EQ(summary(0, 0, 0), "0 items deleted");
+    made.scannerID = "icloud-cleanup";
+    EXPECT_EQ(summary(1, 0, 0), "1 item removed from this computer");
+    made.scannerID = "restore";
+    EXPECT_EQ(summary(2, 0, 0), "2 items put back");
+    made.chainRestart = ChainRestart{"a\nb", at("2026-11-14T18:52:44Z"), UUID::random(), {}};
+    EXPECT_EQ(summary(0, 0, 0), "Acknowledged break: a\\nb");
+    EXPECT_EQ(AuditText::shownOperations(1, 1), "1 operation");
+    EXPECT_EQ(AuditText::shownOperations(0, 2), "0 of 2 operations");
 }
 
 TEST_F(AuditReviewTest, exportsWhatOtherProgramsRead) {

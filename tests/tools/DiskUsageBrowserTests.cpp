@@ -75,6 +75,24 @@ TEST_F(DiskUsageBrowserTest, goesDownAndBackAndListsEachFolderOnce) {
     EXPECT_EQ(browser.size(root.appending("file")), std::nullopt);
 }
 
+TEST_F(DiskUsageBrowserTest, refreshesWhatAChangeInAFolderTouches) {
+    browser.refresh();
+    EXPECT_THAT(lister.asked, IsEmpty());
+    browser.open(FileURL("/root/inner-other"));
+    browser.open(root);
+    browser.enter(inner);
+    browser.enter(deep);
+    browser.goTo(1);
+    lister.asked.clear();
+    browser.refresh();
+    EXPECT_THAT(crumbs(), ElementsAre("/root", "/root/inner"));
+    EXPECT_EQ(browser.size(inner), std::nullopt); // only what is in it was measured
+    browser.enter(deep);
+    browser.goTo(0);
+    browser.open(FileURL("/root/inner-other"));
+    EXPECT_THAT(lister.asked, ElementsAre("/root/inner", "/root/inner/deep", "/root"));
+}
+
 TEST_F(DiskUsageBrowserTest, keepsAListingThatComesTooLateForLater) {
     lister.meanwhile = [&](const FileURL& folder) {
         if (folder == root) {
