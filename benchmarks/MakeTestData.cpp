@@ -45,7 +45,7 @@ void writeItems(const FileURL& file, const FileURL& folder) {
         item.url = folder.appending(name);
         item.sizeBytes = 4096;
         item.category = "Caches";
-        item.heuristicID = "caches.user";
+        item.heuristicID = "cache.user";
         struct stat facts {};
         item.isDirectory = lstat(item.path().c_str(), &facts) == 0 && S_ISDIR(facts.st_mode);
         result.items.push_back(std::move(item));
