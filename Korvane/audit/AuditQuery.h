@@ -2,6 +2,8 @@
 
 #include "KorvaneCore/audit/AuditEntry.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -17,6 +19,11 @@ struct AuditQuery {
 
 /// The entries that match, in their order.
 [[nodiscard]] std::vector<AuditEntry> matchingEntries(std::vector<AuditEntry> entries,
+                                                      const AuditQuery& query);
+
+/// The places of the entries that match, ascending. Ends early, with what it has, when the
+/// surrounding task is cancelled.
+[[nodiscard]] std::vector<std::size_t> matchingPlaces(std::span<const AuditEntry> entries,
                                                       const AuditQuery& query);
 
 } // namespace korvane

@@ -7,6 +7,7 @@
 #include <array>
 #include <compare>
 #include <ctime>
+#include <iterator>
 #include <map>
 
 #include <fmt/format.h>
@@ -68,17 +69,30 @@ std::string dayLabel(const Day& day, const std::tm& now) {
 
 } // namespace
 
-std::vector<DayGroup> dayGroups(std::vector<AuditEntry> entries, const Date& now) {
+std::vector<DayRun> dayRuns(std::span<const AuditEntry> entries, const Date& now) {
     const std::tm today = localTime(now);
-    std::vector<DayGroup> groups;
+    std::vector<DayRun> runs;
     Day current;
-    for (AuditEntry& entry : entries) {
-        const Day day = dayOf(localTime(entry.timestamp));
-        if (groups.empty() || day != current) {
-            groups.push_back({dayLabel(day, today), {}});
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const Day day = dayOf(localTime(entries[i].timestamp));
+        if (runs.empty() || day != current) {
+            runs.push_back({dayLabel(day, today), i});
             current = day;
         }
-        groups.back().entries.push_back(std::move(entry));
+        runs.back().end = i + 1;
+    }
+    return runs;
+}
+
+std::vector<DayGroup> dayGroups(std::vector<AuditEntry> entries, const Date& now) {
+    std::vector<DayGroup> groups;
+    auto entry = std::make_move_iterator(entries.begin());
+    std::size_t begin = 0;
+    for (DayRun& run : dayRuns(entries, now)) {
+        const auto end = entry + static_cast<std::ptrdiff_t>(run.end - begin);
+        groups.push_back({std::move(run.label), {entry, end}});
+        entry = end;
+        begin = run.end;
     }
     return groups;
 }
@@ -113,6 +127,23 @@ std::vector<ChartBar> chartBars(std::span<const AuditEntry> entries, ChartPeriod
         }
     }
     return bars;
+}
+
+std::vector<std::int64_t> axisAmounts(std::int64_t most) {
+    // More than an exabyte is no amount of data on a disk; the sum of the steps must not overflow.
+    const std::int64_t top = std::clamp<std::int64_t>(most, 1, 1'000'000'000'000'000'000);
+    const std::int64_t least = (top + 4) / 5;
+    std::int64_t step = 1;
+    for (std::int64_t power = 1; step < least; power *= 10) {
+        for (const std::int64_t factor : {1, 2, 5}) {
+            step = step < least ? factor * power : step;
+        }
+    }
+    std::vector<std::int64_t> amounts{0};
+    while (amounts.back() < top) {
+        amounts.push_back(amounts.back() + step);
+    }
+    return amounts;
 }
 
 AuditStatistics auditStatistics(std::span<const AuditEntry> entries,

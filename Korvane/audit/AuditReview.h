@@ -2,6 +2,7 @@
 
 #include "KorvaneCore/audit/AuditLog.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -20,6 +21,17 @@ struct DayGroup {
 
 /// Entries, newest first, by day.
 [[nodiscard]] std::vector<DayGroup> dayGroups(std::vector<AuditEntry> entries, const Date& now);
+
+/// A run of entries of one calendar day.
+struct DayRun {
+    std::string label;   ///< as above
+    std::size_t end = 0; ///< the place after its last entry
+
+    friend bool operator==(const DayRun&, const DayRun&) = default;
+};
+
+/// The same without moving the entries: run after run, the first from place 0.
+[[nodiscard]] std::vector<DayRun> dayRuns(std::span<const AuditEntry> entries, const Date& now);
 
 /// How much of the past the chart shows.
 enum class ChartPeriod { daily, weekly };
@@ -40,6 +52,10 @@ struct ChartBar {
 /// weeks begin on Monday.
 [[nodiscard]] std::vector<ChartBar> chartBars(std::span<const AuditEntry> entries,
                                               ChartPeriod period, const Date& now);
+
+/// Round amounts for the axis of a chart, from 0 to the first that is no less than `most`: at most
+/// five steps of 1, 2 or 5 and noughts.
+[[nodiscard]] std::vector<std::int64_t> axisAmounts(std::int64_t most);
 
 /// The log in a few figures.
 struct AuditStatistics {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace korvane {
 
@@ -45,6 +46,21 @@ std::string_view moduleName(std::string_view scannerID) noexcept {
         return module.scannerID == scannerID;
     });
     return found == names.end() ? scannerID : found->displayName;
+}
+
+std::vector<std::string> modulesOf(std::span<const AuditEntry> entries) {
+    std::set<std::string_view> ids;
+    for (const AuditEntry& entry : entries) {
+        ids.insert(entry.scannerID);
+    }
+    std::vector<std::string> modules;
+    for (const ModuleName& module : names) {
+        if (ids.erase(module.scannerID) > 0) {
+            modules.emplace_back(module.scannerID);
+        }
+    }
+    modules.insert(modules.end(), ids.begin(), ids.end());
+    return modules;
 }
 
 } // namespace korvane

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "KorvaneCore/audit/AuditEntry.h"
+
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace korvane {
 
@@ -16,5 +20,8 @@ struct ModuleName {
 
 /// The display name of a scanner; an id without one is shown as it is (a view of `scannerID`).
 [[nodiscard]] std::string_view moduleName(std::string_view scannerID) noexcept;
+
+/// The scanners of some entries, each once: those above in their order, then others by id.
+[[nodiscard]] std::vector<std::string> modulesOf(std::span<const AuditEntry> entries);
 
 } // namespace korvane
