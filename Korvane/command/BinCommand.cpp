@@ -5,12 +5,8 @@
 #include "Korvane/command/ReviewText.h"
 #include "Korvane/command/StandardInput.h"
 #include "Korvane/command/Terminal.h"
-#include "KorvaneCore/foundation/CheckedArithmetic.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/platform/BinFolders.h"
-#include "KorvaneCore/scan/ByteDisplay.h"
-#include "KorvaneCore/scan/PathHeuristicRows.h"
-#include "KorvaneCore/scanners/TrashScanner.h"
 
 #include <fmt/format.h>
 
@@ -22,14 +18,6 @@ struct BinArguments {
     std::vector<std::string> folders;
     bool yes = false;
 };
-
-std::int64_t totalBytes(const std::vector<ScanItem>& bins) {
-    std::int64_t bytes = 0;
-    for (const ScanItem& bin : bins) {
-        bytes = checkedAdd(bytes, bin.sizeBytes);
-    }
-    return bytes;
-}
 
 std::string binLines(const std::vector<ScanItem>& bins) {
     std::string text;
@@ -53,26 +41,18 @@ int listBins(const CommandContext& context) {
 }
 
 /// The folders named, or else all Bins, those too that hold nothing with a size. Measured as they
-/// are now. What is no Bin folder is handed on as it is: the emptier refuses it with a sentence.
+/// are now.
 std::vector<ScanItem> binsToEmpty(const CommandContext& context, const BinArguments& arguments) {
-    std::vector<FileURL> folders = binFolders(context.services.folders());
-    if (!arguments.folders.empty()) {
-        folders.clear();
-        for (const std::string& folder : arguments.folders) {
-            folders.push_back(context.location(folder));
-        }
+    std::vector<FileURL> folders;
+    for (const std::string& folder : arguments.folders) {
+        folders.push_back(context.location(folder));
+    }
+    if (folders.empty()) {
+        folders = binFolders(context.services.folders());
     }
     std::vector<ScanItem> bins;
     for (const FileURL& folder : folders) {
-        ScanItem bin;
-        bin.url = folder;
-        bin.category = PathHeuristics::systemTrashAllVolumes.category;
-        bin.heuristicID = PathHeuristics::systemTrashAllVolumes.id;
-        bin.isDirectory = true;
-        if (isBinFolder(bin.url, context.services.folders())) {
-            bin.sizeBytes = binContentSize(bin.url, ProcessLauncher::standard());
-        }
-        bins.push_back(std::move(bin));
+        bins.push_back(binItem(folder, context.services));
     }
     return bins;
 }
@@ -82,10 +62,7 @@ bool confirmed(const CommandContext& context, const BinArguments& arguments,
     if (arguments.yes) {
         return true;
     }
-    const std::string text =
-        fmt::format("{}What is in {} will be deleted permanently ({}). This cannot be undone.\n",
-                    binLines(bins), bins.size() == 1 ? "this Bin" : "these Bins",
-                    ByteDisplay::formatAmount(totalBytes(bins)));
+    const std::string text = binLines(bins) + emptyingWarning(bins) + "\n";
     std::FILE* stream = context.json ? stderr : stdout;
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
@@ -102,8 +79,7 @@ int report(const CommandContext& context, const BinEmptying& account) {
         const std::size_t columns = Terminal::width(stdout);
         Terminal::print(failuresText(outcome.protectedFailures, context.home(), columns));
         Terminal::print(failuresText(outcome.failures, context.home(), columns));
-        Terminal::printLine(
-            fmt::format("Freed {}.", ByteDisplay::formatAmount(totalBytes(outcome.emptied))));
+        Terminal::printLine(emptyingSummary(outcome));
     }
     if (account.auditFailure) {
         Terminal::note(fmt::format("the emptying could not be written to the audit log: {}",

@@ -1,3 +1,4 @@
+#include "Korvane/cleaning/PathProtection.h"
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/JsonForms.h"
 #include "Korvane/command/Terminal.h"
@@ -41,20 +42,19 @@ int list(CommandContext& context) {
 }
 
 int add(CommandContext& context, const ProtectArguments& arguments) {
-    if (arguments.path.empty()) {
+    const ProtectionJudgement judgement = judgeProtection(arguments.path, context.home());
+    if (judgement == ProtectionJudgement::empty) {
         throw UsageError("an empty path cannot be protected");
     }
     if (!isValidUTF8(arguments.note)) {
         throw UsageError("the note is not UTF-8 text");
     }
     Exclusion exclusion;
-    const bool asTyped = arguments.path.starts_with('/') || arguments.path == "~" ||
-                         arguments.path.starts_with("~/");
-    exclusion.path = asTyped ? arguments.path : context.location(arguments.path).path();
+    exclusion.path = judgement == ProtectionJudgement::relative
+                         ? context.location(arguments.path).path()
+                         : arguments.path;
     exclusion.note = arguments.note;
-    const std::string expanded =
-        FileURL(expandingTilde(exclusion.path, context.home())).standardized().path();
-    if (expanded == "/") {
+    if (judgeProtection(exclusion.path, context.home()) == ProtectionJudgement::root) {
         throw CommandFailure("the filesystem root cannot be protected; name what is inside it");
     }
     context.services.exclusions().add(exclusion);

@@ -1,5 +1,6 @@
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/Terminal.h"
+#include "Korvane/tools/NewCustomRule.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scanners/LinuxRulePreset.h"
 
@@ -62,15 +63,9 @@ int add(CommandContext& context, const RulesArguments& arguments) {
     if (rule.path != "~" && !rule.path.starts_with('/') && !rule.path.starts_with("~/")) {
         rule.path = context.location(rule.path).path();
     }
-    if (rule.id.empty()) {
-        rule.id = UUID::random().text();
-    }
-    if (rule.name.empty()) {
-        rule.name = "My rules";
-    }
     rule.risk = riskFromRawValue(arguments.risk).value_or(rule.risk);
     try {
-        rule.validate();
+        rule = newCustomRule(std::move(rule));
     } catch (const DecodingError& error) {
         throw UsageError(error.what());
     }

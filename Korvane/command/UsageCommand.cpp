@@ -1,7 +1,7 @@
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/Terminal.h"
 #include "Korvane/tools/TreemapPicture.h"
-#include "KorvaneCore/foundation/CheckedArithmetic.h"
+#include "Korvane/tools/UsageEntries.h"
 #include "KorvaneCore/foundation/StateFile.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scan/ByteDisplay.h"
@@ -112,10 +112,7 @@ std::string line(const DiskUsageNode& node, std::int64_t total, std::int64_t lar
 }
 
 void printNodes(const FileURL& folder, const Nodes& nodes) {
-    std::int64_t total = 0;
-    for (const DiskUsageNode& node : nodes) {
-        total = checkedAdd(total, node.sizeBytes);
-    }
+    const std::int64_t total = UsageEntries::totalBytes(nodes);
     Terminal::printLine(
         fmt::format("{}  {}", Terminal::styled(displayText(folder.path()), Terminal::Style::bold),
                     Terminal::styled(fmt::format("{} · {}", Terminal::counted(nodes.size(), "item"),
