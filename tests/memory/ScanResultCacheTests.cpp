@@ -41,6 +41,29 @@ TEST(ScanResultCache, keepsTheLastResultOfEachScanner) {
     EXPECT_TRUE(cache.load("large files/ä·9_x-Y"));
 }
 
+TEST(ScanResultCache, sumsUpWhatItKeepsWithTheNewestFirst) {
+    const TemporaryFolder folder;
+    ScanResultCache cache(folder.url());
+    EXPECT_TRUE(cache.summaries().empty());
+    ScanResult large = resultOf("large-files", "/a\"sizeBytes\":7");
+    large.items.push_back(large.items.front());
+    large.items.back().sizeBytes = 30;
+    cache.save(large);
+    ScanResult newer = resultOf("trash");
+    newer.finishedAt = large.finishedAt.adding(60);
+    newer.items.clear();
+    cache.save(newer);
+    folder.makeFile("copy.json", large.encode(DateForm::secondsSinceReferenceDate));
+    folder.makeFile("broken.json", R"({"scannerID":"broken","finishedAt":1,"items":[{)");
+    folder.makeFile("dateless.json", R"({"scannerID":"dateless","items":[]})");
+    folder.makeFile("list.json", "[]");
+    folder.makeFile("huge.json", R"({"scannerID":"huge","finishedAt":1,"items":[)"
+                                 R"({"sizeBytes":9223372036854775807},{"sizeBytes":1}]})");
+    EXPECT_THAT(cache.summaries(),
+                ElementsAre(ScanSummary{"trash", newer.finishedAt, 0, 0},
+                            ScanSummary{"large-files", large.finishedAt, 2, 42}));
+}
+
 TEST(ScanResultCache, treatsWhatDoesNotDecodeAsNothing) {
     const TemporaryFolder folder;
     ScanResultCache cache(folder.url());
