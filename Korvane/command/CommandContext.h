@@ -62,6 +62,7 @@ void addAccessCommand(CLI::App& app, CommandContext& context);
 void addRulesCommand(CLI::App& app, CommandContext& context);
 void addSettingsCommand(CLI::App& app, CommandContext& context);
 void addUpdateCommand(CLI::App& app, CommandContext& context);
+void addWindowCommand(CLI::App& app, CommandContext& context);
 void addDemoCommand(CLI::App& app, CommandContext& context);
 
 } // namespace korvane

@@ -34,6 +34,7 @@ void build(CLI::App& app, CommandContext& context) {
     addRulesCommand(app, context);
     addSettingsCommand(app, context);
     addUpdateCommand(app, context);
+    addWindowCommand(app, context);
     addDemoCommand(app, context);
 }
 

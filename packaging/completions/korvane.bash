@@ -26,6 +26,8 @@ _korvane_tools='smart-scan cache-cleaner browser-cache developer system-files ol
     downloads attachments ios-backup custom-rules trash time-machine icloud-cleanup app-footprint
     duplicate-finder similar-images large-files uninstaller'
 
+_korvane_screens="home $_korvane_tools disk-usage bin restore audit protected-paths catalogue settings"
+
 _korvane_words() {
     mapfile -t COMPREPLY < <(compgen -W "$1" -- "$cur")
 }
@@ -86,6 +88,7 @@ _korvane_argument() {
         esac
         ;;
     check | measure | remove-privileged | 'protect add' | 'rules add') _korvane_files ;;
+    window) _korvane_words "$_korvane_screens" ;;
     'audit export') [ "${#given[@]}" -gt 0 ] || _korvane_files ;;
     'bin empty') _korvane_folders ;;
     usage | walk | largest | demo) [ "${#given[@]}" -gt 0 ] || _korvane_folders ;;
@@ -118,7 +121,7 @@ _korvane() {
             _korvane_words '--help --version'
         else
             _korvane_words 'tools scan clean bin check protect restore audit usage walk measure
-                find-folders largest catalogue access rules settings remove-privileged update demo'
+                find-folders largest catalogue access rules settings remove-privileged update window demo'
         fi
         return
     fi

@@ -94,6 +94,7 @@ __korvane_command protect 'Paths that must never be removed'
 __korvane_command restore 'Put items back from the Bin'
 __korvane_command audit 'The log of everything removed and restored'
 __korvane_command usage 'What the entries of a folder take'
+__korvane_command window 'Open the window'
 __korvane_command walk 'Visit a folder tree'
 __korvane_command measure 'How much paths occupy'
 __korvane_command find-folders 'Folders of given names, sized'
@@ -136,10 +137,11 @@ for leaf in tools scan clean 'bin list' 'bin empty' check 'protect list' 'protec
         'protect remove' restore 'audit list' 'audit export' 'audit statistics' 'audit verify' \
         'audit acknowledge' 'audit folder' usage walk measure find-folders largest catalogue \
         access 'rules list' 'rules add' 'rules remove' 'rules preset' 'settings get' \
-        'settings set' remove-privileged 'update check' 'update install' demo
+        'settings set' remove-privileged 'update check' 'update install' window demo
     __korvane_leaf $leaf
 end
 
+complete -c korvane -n '__korvane_ends_at window' -a '(__korvane_tools)'
 complete -c korvane -n '__korvane_ends_at scan' -a '(__korvane_tools)'
 complete -c korvane -n '__korvane_at clean' -a '(__korvane_tools)'
 for command in scan clean

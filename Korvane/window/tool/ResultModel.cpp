@@ -1,0 +1,590 @@
+#include "Korvane/window/tool/ResultModel.h"
+
+#include "Korvane/tools/Preselection.h"
+#include "Korvane/window/support/Texts.h"
+#include "KorvaneCore/foundation/CheckedArithmetic.h"
+#include "KorvaneCore/scan/PathHeuristicRows.h"
+#include "KorvaneCore/scan/PathHeuristics.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace korvane {
+
+namespace {
+
+const PathHeuristic* rowOf(const ScanItem& item) {
+    return PathHeuristics::heuristic(item.heuristicID);
+}
+
+bool isSimilarImage(const ScanItem& item) {
+    return item.heuristicID == PathHeuristics::similarImagesNearDuplicate.id;
+}
+
+QString iconOf(const ScanItem& item) {
+    return item.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
+}
+
+} // namespace
+
+ResultModel::ResultModel(FileURL home, QObject* parent)
+    : QAbstractListModel(parent), home_(std::move(home)) {}
+
+int ResultModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+QHash<int, QByteArray> ResultModel::roleNames() const {
+    return {{IsGroup, "isGroup"},   {Title, "title"},       {Subtitle, "subtitle"},
+            {SizeText, "sizeText"}, {DateText, "dateText"}, {Risk, "risk"},
+            {Reason, "reason"},     {Ticked, "ticked"},     {Tickable, "tickable"},
+            {Open, "open"},         {IconName, "iconName"}, {Count, "count"},
+            {Mark, "mark"},         {Picture, "picture"},   {Spoken, "spoken"}};
+}
+
+QVariant ResultModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const Row& row = rows_[static_cast<std::size_t>(index.row())];
+    return row.item < 0 ? groupData(row, role) : itemData(row, role);
+}
+
+std::size_t ResultModel::itemIndex(const Row& row) const {
+    return table_.groups()[row.group].items[static_cast<std::size_t>(row.item)];
+}
+
+const ScanItem* ResultModel::itemAt(int row) const {
+    if (row < 0 || row >= rowCount() || isGroup(row)) {
+        return nullptr;
+    }
+    return &table_.items()[itemIndex(rows_[static_cast<std::size_t>(row)])];
+}
+
+QString ResultModel::groupTitle(const ReviewTable::Group& group) const {
+    const ScanItem& first = table_.items()[group.items.front()];
+    if (isDuplicate(first)) {
+        // The category is a digest, which tells a person nothing.
+        return Texts::data(first.url.lastPathComponent());
+    }
+    return isSimilarImage(first) ? tr("Looks like %1").arg(Texts::data(group.category))
+                                 : Texts::data(group.category);
+}
+
+QString ResultModel::groupReason(const ReviewTable::Group& group) const {
+    const ScanItem& first = table_.items()[group.items.front()];
+    if (isDuplicate(first)) {
+        return tr("%n copies of the same content, %1 each", nullptr,
+                  static_cast<int>(group.items.size()))
+            .arg(Texts::bytes(first.sizeBytes));
+    }
+    // One sentence for the group where all its items have the same; else each has its own.
+    const QString reason = this->reason(group.items.front());
+    const bool isCommon =
+        std::all_of(group.items.begin(), group.items.end(), [&](std::size_t item) {
+            return table_.items()[item].heuristicID == first.heuristicID;
+        });
+    return isCommon ? reason : tr("Each with its own reason; open the details of an item.");
+}
+
+QString ResultModel::reason(std::size_t item) const {
+    const ScanItem& shown = table_.items()[item];
+    if (const PathHeuristic* row = rowOf(shown)) {
+        return Texts::sentence(row->whySafe);
+    }
+    const auto own = table_.review().ownReasons.find(shown.heuristicID);
+    return own == table_.review().ownReasons.end() ? QString() : Texts::data(own->second);
+}
+
+QString ResultModel::mark(std::size_t item) const {
+    const ScanItem& shown = table_.items()[item];
+    const ToolReview& review = table_.review();
+    if (review.refused.contains(shown.id)) {
+        return tr("Protected");
+    }
+    if (selection_.isKeeper(table_, item)) {
+        return tr("Stays");
+    }
+    if (review.diff) {
+        const ScanDiff::Change change = review.diff->change(shown);
+        if (change.change == ScanDiff::Change::Case::added) {
+            return tr("New");
+        }
+        if (change.change == ScanDiff::Change::Case::grown) {
+            return tr("+%1").arg(Texts::bytes(change.growth));
+        }
+    }
+    const auto skipped = review.skippedBefore.find(shown.id);
+    return skipped == review.skippedBefore.end() ? QString() : tr("Kept before");
+}
+
+QString ResultModel::picture(const ScanItem& item) const {
+    return isSimilarImage(item)
+               ? QStringLiteral("image://thumbnail/") +
+                     QUrl::toPercentEncoding(Texts::sentence(item.url.absoluteString()))
+               : QString();
+}
+
+Qt::CheckState ResultModel::groupState(const ReviewTable::Group& group) const {
+    std::size_t ticked = 0;
+    std::size_t offered = 0;
+    for (const std::size_t item : group.items) {
+        ticked += selection_.isTicked(item) ? 1U : 0U;
+        offered += selection_.isOffered(item) ? 1U : 0U;
+    }
+    if (ticked == 0) {
+        return Qt::Unchecked;
+    }
+    // Of duplicates one always stays: all but one is as much as there is to tick.
+    const bool isFull = ticked == offered || (isDuplicate(table_.items()[group.items.front()]) &&
+                                              ticked + 1 == group.total);
+    return isFull ? Qt::Checked : Qt::PartiallyChecked;
+}
+
+QVariant ResultModel::groupData(const Row& row, int role) const {
+    const ReviewTable::Group& group = table_.groups()[row.group];
+    const ScanItem& first = table_.items()[group.items.front()];
+    const auto title = [&] { return groupTitle(group); };
+    switch (role) {
+    case IsGroup:
+        return true;
+    case Qt::DisplayRole:
+    case Title:
+        return title();
+    case Subtitle:
+    case Reason:
+        return groupReason(group);
+    case SizeText:
+        return Texts::bytes(group.reclaimable);
+    case Risk:
+        return -1;
+    case Ticked:
+        return groupState(group);
+    case Tickable:
+        return std::any_of(group.items.begin(), group.items.end(),
+                           [&](std::size_t item) { return selection_.isOffered(item); });
+    case Open:
+        return !closed_.contains(group.category);
+    case IconName:
+        return isDuplicate(first)      ? QStringLiteral("duplicates")
+               : isSimilarImage(first) ? QStringLiteral("images")
+                                       : QStringLiteral("folder");
+    case Count:
+        return Texts::count(static_cast<std::int64_t>(group.items.size()));
+    case Picture: {
+        if (!isSimilarImage(first)) {
+            return QString();
+        }
+        ScanItem kept = first;
+        kept.url = FileURL(expandingTilde(group.category, home_));
+        return picture(kept);
+    }
+    case Spoken:
+        return tr("%1, %2 items, %3")
+            .arg(title(), Texts::count(static_cast<std::int64_t>(group.items.size())),
+                 Texts::bytes(group.reclaimable));
+    case DateText:
+    case Mark:
+        return QString();
+    default:
+        return {};
+    }
+}
+
+QVariant ResultModel::itemData(const Row& row, int role) const {
+    const std::size_t item = itemIndex(row);
+    const ScanItem& shown = table_.items()[item];
+    const auto date = [&] {
+        return shown.lastModified ? Texts::day(*shown.lastModified) : QString();
+    };
+    switch (role) {
+    case IsGroup:
+    case Open:
+        return false;
+    case Qt::DisplayRole:
+    case Title:
+        return Texts::data(shown.url.lastPathComponent());
+    case Subtitle:
+        return Texts::path(shown.url.deletingLastPathComponent().path(), home_);
+    case SizeText:
+        return Texts::bytes(shown.sizeBytes);
+    case DateText:
+        return date();
+    case Risk:
+        return static_cast<int>(table_.risk(item));
+    case Reason: {
+        const auto refused = table_.review().refused.find(shown.id);
+        return refused == table_.review().refused.end() ? reason(item)
+                                                        : Texts::sentence(refused->second);
+    }
+    case Ticked:
+        return selection_.isTicked(item) ? Qt::Checked : Qt::Unchecked;
+    case Tickable:
+        return selection_.isOffered(item);
+    case IconName:
+        return iconOf(shown);
+    case Count:
+        return QString();
+    case Mark:
+        return mark(item);
+    case Picture:
+        return picture(shown);
+    case Spoken:
+        return tr("%1, %2, %3, %4 risk")
+            .arg(Texts::data(shown.url.lastPathComponent()), Texts::bytes(shown.sizeBytes), date(),
+                 Texts::sentence(rawValue(table_.risk(item))));
+    default:
+        return {};
+    }
+}
+
+void ResultModel::show(ReviewTable table, ReviewSelection selection) {
+    beginResetModel();
+    table_ = std::move(table);
+    selection_ = std::move(selection);
+    filter_.clear();
+    relayout();
+    endResetModel();
+    emit shownChanged();
+    emit filterChanged();
+    emit orderChanged();
+    emit selectionChanged();
+}
+
+void ResultModel::clear() {
+    show(ReviewTable(), ReviewSelection());
+}
+
+void ResultModel::relayout() {
+    rows_.clear();
+    groupRows_.clear();
+    for (std::size_t group = 0; group < table_.groups().size(); ++group) {
+        const ReviewTable::Group& shown = table_.groups()[group];
+        groupRows_.push_back(static_cast<int>(rows_.size()));
+        rows_.push_back({static_cast<std::uint32_t>(group), -1});
+        if (!closed_.contains(shown.category)) {
+            for (std::size_t item = 0; item < shown.items.size(); ++item) {
+                rows_.push_back(
+                    {static_cast<std::uint32_t>(group), static_cast<std::int32_t>(item)});
+            }
+        }
+    }
+}
+
+std::unordered_set<UUID> ResultModel::selectedIDs() const {
+    return selection_.ids(table_);
+}
+
+std::vector<ScanItem> ResultModel::selectedItems() const {
+    std::vector<ScanItem> items;
+    for (std::size_t item = 0; item < table_.items().size(); ++item) {
+        if (selection_.isTicked(item)) {
+            items.push_back(table_.items()[item]);
+        }
+    }
+    return items;
+}
+
+bool ResultModel::isGroup(int row) const {
+    return row >= 0 && row < rowCount() && rows_[static_cast<std::size_t>(row)].item < 0;
+}
+
+int ResultModel::groupRow(int row) const {
+    return row < 0 || row >= rowCount() ? -1
+                                        : groupRows_[rows_[static_cast<std::size_t>(row)].group];
+}
+
+void ResultModel::tellSelection(int first, int last) {
+    if (first <= last) {
+        emit dataChanged(index(first), index(last), {Ticked, Mark});
+    }
+    emit selectionChanged();
+}
+
+void ResultModel::toggle(int row) {
+    if (row < 0 || row >= rowCount()) {
+        return;
+    }
+    const Row where = rows_[static_cast<std::size_t>(row)];
+    const ReviewTable::Group& group = table_.groups()[where.group];
+    if (where.item < 0) {
+        selection_.tickAll(table_, group.items, groupState(group) != Qt::Checked);
+    } else {
+        const std::size_t item = itemIndex(where);
+        if (!selection_.tick(table_, item, !selection_.isTicked(item))) {
+            const auto sentence = table_.review().refused.find(table_.items()[item].id);
+            emit refused(sentence == table_.review().refused.end()
+                             ? tr("One copy always stays. Choose another one to keep first.")
+                             : Texts::sentence(sentence->second));
+        }
+    }
+    const int head = groupRows_[where.group];
+    const bool isOpen = !closed_.contains(group.category);
+    tellSelection(head, isOpen ? head + static_cast<int>(group.items.size()) : head);
+}
+
+void ResultModel::keep(int row) {
+    const ScanItem* item = itemAt(row);
+    if (item == nullptr || !isDuplicate(*item)) {
+        return;
+    }
+    selection_.keep(table_, itemIndex(rows_[static_cast<std::size_t>(row)]));
+    tellSelection(0, rowCount() - 1);
+}
+
+void ResultModel::setOpen(int row, bool open) {
+    if (!isGroup(row) || data(index(row), Open).toBool() == open) {
+        return;
+    }
+    const std::uint32_t number = rows_[static_cast<std::size_t>(row)].group;
+    const ReviewTable::Group& group = table_.groups()[number];
+    const int count = static_cast<int>(group.items.size());
+    const auto place = rows_.begin() + row + 1;
+    if (open) {
+        std::vector<Row> items;
+        for (std::int32_t item = 0; item < count; ++item) {
+            items.push_back({number, item});
+        }
+        beginInsertRows({}, row + 1, row + count);
+        closed_.erase(group.category);
+        rows_.insert(place, items.begin(), items.end());
+    } else {
+        beginRemoveRows({}, row + 1, row + count);
+        closed_.insert(group.category);
+        rows_.erase(place, place + count);
+    }
+    for (std::size_t later = number + 1; later < groupRows_.size(); ++later) {
+        groupRows_[later] += open ? count : -count;
+    }
+    if (open) {
+        endInsertRows();
+    } else {
+        endRemoveRows();
+    }
+    emit dataChanged(index(row), index(row), {Open});
+}
+
+void ResultModel::toggleOpen(int row) {
+    setOpen(row, !data(index(row), Open).toBool());
+}
+
+void ResultModel::selectSafe() {
+    for (const ReviewTable::Group& group : table_.groups()) {
+        selection_.tickPreselected(table_, group.items);
+    }
+    tellSelection(0, rowCount() - 1);
+}
+
+void ResultModel::selectShown() {
+    for (const ReviewTable::Group& group : table_.groups()) {
+        selection_.tickAll(table_, group.items, true);
+    }
+    tellSelection(0, rowCount() - 1);
+}
+
+void ResultModel::selectNone() {
+    selection_.clear(table_);
+    tellSelection(0, rowCount() - 1);
+}
+
+void ResultModel::sortBy(Order order) {
+    const bool again = order == this->order();
+    beginResetModel();
+    table_.sort(static_cast<ReviewOrder>(order), again ? !descending() : order != ByName);
+    relayout();
+    endResetModel();
+    emit orderChanged();
+}
+
+void ResultModel::setGroupOrder(int order) {
+    if (order < 0 || order > static_cast<int>(GroupOrder::count) || order == groupOrder()) {
+        return;
+    }
+    beginResetModel();
+    table_.sortGroups(static_cast<GroupOrder>(order));
+    relayout();
+    endResetModel();
+    emit orderChanged();
+}
+
+void ResultModel::setFilter(const QString& filter) {
+    if (filter == filter_) {
+        return;
+    }
+    beginResetModel();
+    filter_ = filter;
+    table_.find(filter.toStdString());
+    relayout();
+    endResetModel();
+    emit filterChanged();
+    emit shownChanged();
+    emit selectionChanged();
+}
+
+int ResultModel::totalCount() const {
+    return static_cast<int>(table_.items().size());
+}
+
+int ResultModel::foundCount() const {
+    return static_cast<int>(table_.foundCount());
+}
+
+QString ResultModel::totalText() const {
+    std::int64_t bytes = 0;
+    for (const ReviewTable::Group& group : table_.groups()) {
+        bytes = checkedAdd(bytes, group.reclaimable);
+    }
+    return Texts::bytes(bytes);
+}
+
+QString ResultModel::countText() const {
+    if (filter_.isEmpty()) {
+        return tr("in %1 items").arg(Texts::count(totalCount()));
+    }
+    return tr("in %1 of %2 items").arg(Texts::count(foundCount()), Texts::count(totalCount()));
+}
+
+QString ResultModel::changeText() const {
+    const std::optional<ScanDiff>& diff = table_.review().diff;
+    if (!diff) {
+        return {};
+    }
+    std::int64_t grown = 0;
+    for (const auto& [path, bytes] : diff->growth) {
+        grown = checkedAdd(grown, bytes);
+    }
+    QStringList parts;
+    if (!diff->newPaths.empty()) {
+        parts << tr("%1 new").arg(Texts::count(static_cast<std::int64_t>(diff->newPaths.size())));
+    }
+    if (grown > 0) {
+        parts << tr("grown by %1").arg(Texts::bytes(grown));
+    }
+    if (diff->vanishedCount > 0) {
+        parts << tr("%1 gone").arg(Texts::count(diff->vanishedCount));
+    }
+    const QString since = Texts::dayAndTime(diff->previousScanDate);
+    return parts.isEmpty() ? tr("Nothing has changed since %1").arg(since)
+                           : tr("Since %1: %2").arg(since, parts.join(QStringLiteral(", ")));
+}
+
+QVariantList ResultModel::breakdown() const {
+    std::int64_t total = 0;
+    std::vector<const ReviewTable::Group*> groups;
+    for (const ReviewTable::Group& group : table_.groups()) {
+        total = checkedAdd(total, group.reclaimable);
+        groups.push_back(&group);
+    }
+    std::stable_sort(groups.begin(), groups.end(),
+                     [](const auto* a, const auto* b) { return a->reclaimable > b->reclaimable; });
+    QVariantList parts;
+    const auto add = [&](const QString& title, std::int64_t bytes) {
+        parts.append(QVariantMap{
+            {QStringLiteral("title"), title},
+            {QStringLiteral("text"), Texts::bytes(bytes)},
+            {QStringLiteral("share"), static_cast<double>(bytes) / static_cast<double>(total)}});
+    };
+    constexpr std::size_t named = 4;
+    std::int64_t rest = 0;
+    for (std::size_t i = 0; total > 0 && i < groups.size(); ++i) {
+        if (i < named || groups.size() == named + 1) {
+            add(groupTitle(*groups[i]), groups[i]->reclaimable);
+        } else {
+            rest = checkedAdd(rest, groups[i]->reclaimable);
+        }
+    }
+    if (rest > 0) {
+        add(tr("Other"), rest);
+    }
+    return parts;
+}
+
+ResultModel::Order ResultModel::order() const {
+    return static_cast<Order>(table_.order());
+}
+
+QString ResultModel::selectedText() const {
+    return tr("%1 selected").arg(Texts::bytes(selection_.bytes()));
+}
+
+std::size_t ResultModel::hiddenCount() const {
+    if (filter_.isEmpty()) {
+        return 0;
+    }
+    std::size_t shown = 0;
+    for (const ReviewTable::Group& group : table_.groups()) {
+        shown += static_cast<std::size_t>(
+            std::count_if(group.items.begin(), group.items.end(),
+                          [&](std::size_t item) { return selection_.isTicked(item); }));
+    }
+    return selection_.count() - shown;
+}
+
+int ResultModel::selectionWarning() const {
+    return hiddenCount() > 0 ? 1 : selection_.highRiskCount() > 0 ? 2 : 0;
+}
+
+QString ResultModel::selectionDetail() const {
+    const QString all = Texts::count(static_cast<std::int64_t>(selection_.count()));
+    if (const std::size_t hidden = hiddenCount(); hidden > 0) {
+        return tr("%1 items, %2 of them not shown by the search")
+            .arg(all, Texts::count(static_cast<std::int64_t>(hidden)));
+    }
+    if (selection_.highRiskCount() > 0) {
+        return tr("%1 items, %2 of them of high risk")
+            .arg(all, Texts::count(static_cast<std::int64_t>(selection_.highRiskCount())));
+    }
+    return selection_.count() == 0 ? tr("Tick what may go.")
+                                   : tr("%1 items, none of them of high risk").arg(all);
+}
+
+bool ResultModel::holdsDuplicates() const {
+    return !table_.items().empty() && isDuplicate(table_.items().front());
+}
+
+bool ResultModel::holdsPictures() const {
+    return !table_.items().empty() && isSimilarImage(table_.items().front());
+}
+
+QVariantMap ResultModel::details(int row) const {
+    const ScanItem* item = itemAt(row);
+    if (item == nullptr) {
+        return {};
+    }
+    const std::size_t number = itemIndex(rows_[static_cast<std::size_t>(row)]);
+    const PathHeuristic* rule = rowOf(*item);
+    const auto refused = table_.review().refused.find(item->id);
+    const auto skipped = table_.review().skippedBefore.find(item->id);
+    QVariantMap values{
+        {QStringLiteral("row"), row},
+        {QStringLiteral("title"), Texts::data(item->url.lastPathComponent())},
+        {QStringLiteral("path"), Texts::path(item->path(), home_)},
+        {QStringLiteral("copyPath"), Texts::sentence(item->path())},
+        {QStringLiteral("url"), Texts::sentence(item->url.absoluteString())},
+        {QStringLiteral("sizeText"), Texts::bytes(item->sizeBytes)},
+        {QStringLiteral("dateText"),
+         item->lastModified ? tr("changed %1").arg(Texts::dayAndTime(*item->lastModified))
+                            : QString()},
+        {QStringLiteral("risk"), static_cast<int>(table_.risk(number))},
+        {QStringLiteral("riskExplanation"), Texts::sentence(explanation(table_.risk(number)))},
+        {QStringLiteral("reason"), reason(number)},
+        {QStringLiteral("rule"), rule == nullptr ? QString() : Texts::sentence(rule->displayName)},
+        {QStringLiteral("refusal"),
+         refused == table_.review().refused.end() ? QString() : Texts::sentence(refused->second)},
+        {QStringLiteral("keptText"),
+         skipped == table_.review().skippedBefore.end()
+             ? QString()
+             : tr("You kept it on %1.").arg(Texts::day(skipped->second))},
+        {QStringLiteral("picture"), picture(*item)},
+        {QStringLiteral("pictureKept"),
+         isSimilarImage(*item)
+             ? groupData({rows_[static_cast<std::size_t>(row)].group, -1}, Picture)
+             : QVariant(QString())},
+        {QStringLiteral("keptPath"),
+         isSimilarImage(*item) ? Texts::data(item->category) : QString()},
+        {QStringLiteral("isDuplicate"), isDuplicate(*item)},
+    };
+    return values;
+}
+
+} // namespace korvane
