@@ -264,31 +264,35 @@ Page {
                 }
             }
         }
-        ColumnLayout {
+        Item {
             Layout.fillWidth: true
             Layout.fillHeight: true
             visible: list.count === 0
-            spacing: Theme.s2
-            Item { Layout.fillHeight: true }
-            Icon { Layout.alignment: Qt.AlignHCenter; name: "bin"; size: 52; colour: Theme.textFaint; visible: page.isEmpty }
-            Label {
-                objectName: "binMessage"
-                Layout.alignment: Qt.AlignHCenter
-                text: page.isEmpty ? qsTr("All Bins are empty.") : page.isEmptying ? "" : qsTr("Measuring Bin folders…")
-                kind: page.isEmpty ? "subtitle" : "body"
-                color: page.isEmpty ? Theme.text : Theme.textMuted
+            // Placed by hand: a layout keeps the places of what was hidden when it first appeared.
+            Column {
+                anchors.centerIn: parent
+                anchors.verticalCenterOffset: -Theme.s5
+                width: parent.width - 40
+                spacing: Theme.s2
+                Icon { anchors.horizontalCenter: parent.horizontalCenter; name: "bin"; size: 52; colour: Theme.textFaint; visible: page.isEmpty }
+                Label {
+                    objectName: "binMessage"
+                    width: parent.width
+                    text: page.isEmpty ? qsTr("All Bins are empty.") : page.isEmptying ? "" : qsTr("Measuring Bin folders…")
+                    kind: page.isEmpty ? "subtitle" : "body"
+                    color: page.isEmpty ? Theme.text : Theme.textMuted
+                    wrapMode: Text.Wrap
+                    horizontalAlignment: Text.AlignHCenter
+                }
+                Label {
+                    width: parent.width
+                    visible: page.isEmpty
+                    text: qsTr("What you move to the Bin waits here until you empty it.")
+                    color: Theme.textMuted
+                    wrapMode: Text.Wrap
+                    horizontalAlignment: Text.AlignHCenter
+                }
             }
-            Label {
-                Layout.alignment: Qt.AlignHCenter
-                Layout.maximumWidth: parent.width - 40
-                visible: page.isEmpty
-                text: qsTr("What you move to the Bin waits here until you empty it.")
-                color: Theme.textMuted
-                wrapMode: Text.Wrap
-                horizontalAlignment: Text.AlignHCenter
-            }
-            Item { Layout.fillHeight: true }
-            Item { Layout.fillHeight: true }
         }
     }
     Sheet {

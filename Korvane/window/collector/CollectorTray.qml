@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Korvane.Style
 import Korvane.Window
 import Korvane.Theme
 
@@ -16,7 +17,7 @@ Rectangle {
     Behavior on implicitWidth { NumberAnimation { duration: Theme.calm; easing.type: Easing.OutCubic } }
 
     Connections {
-        target: tray.model
+        target: tray.model // qmllint disable type
         function onFinished() { outcome.open() }
         function onChanged() {
             if (tray.model.count > tray.lastCount)

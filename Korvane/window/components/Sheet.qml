@@ -2,6 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import QtQuick.Templates as T
+import Korvane.Style
 import Korvane.Window
 import Korvane.Theme
 

@@ -16,7 +16,7 @@ Page {
     function showCurrent() { shown = catalogue.get(list.currentIndex) }
 
     Connections {
-        target: page.catalogue
+        target: page.catalogue // qmllint disable type
         function onFilterChanged() {
             list.currentIndex = page.catalogue.count > 0 ? 0 : -1
             list.positionViewAtBeginning()

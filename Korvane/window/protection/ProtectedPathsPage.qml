@@ -18,7 +18,7 @@ Page {
     }
 
     Connections {
-        target: page.paths
+        target: page.paths // qmllint disable type
         function onAdded() {
             pathField.clear()
             noteField.clear()

@@ -17,7 +17,7 @@ SectionCard {
     }
 
     Connections {
-        target: section.rules
+        target: section.rules // qmllint disable type
         function onAdded() {
             nameField.clear()
             pathField.clear()

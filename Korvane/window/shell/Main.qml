@@ -9,7 +9,7 @@ ApplicationWindow {
     property string startPage
     property size startSize
     readonly property Page page: loader.item as Page
-    readonly property var tool: WindowContext.navigation.get(Math.max(0, sidebar.currentIndex))
+    readonly property var tool: loader.shown
     property bool mayClose: false
 
     width: 1180
@@ -66,12 +66,12 @@ ApplicationWindow {
     Shortcut { sequence: "Ctrl+B"; onActivated: tray.open = !tray.open }
     Shortcut { sequences: [StandardKey.Preferences, "Ctrl+,"]; onActivated: window.open("settings") }
     Shortcut { sequences: [StandardKey.Quit]; onActivated: window.close() }
-    Instantiator {
+    Repeater {
         model: 9
-        Shortcut {
+        Item {
+            id: place
             required property int index
-            sequence: "Ctrl+" + (index + 1)
-            onActivated: sidebar.currentIndex = index
+            Shortcut { sequence: "Ctrl+" + (place.index + 1); onActivated: sidebar.currentIndex = place.index }
         }
     }
 
@@ -91,10 +91,12 @@ ApplicationWindow {
             Layout.fillHeight: true
             focus: true
             onLoaded: (item as Item).focus = true
+            property var shown: ({})
             function show() {
-                const tool = WindowContext.navigation.get(sidebar.currentIndex)
-                if (tool.source !== undefined)
-                    setSource(Qt.resolvedUrl(tool.source), { tool: tool })
+                if (sidebar.currentIndex < 0)
+                    return
+                shown = WindowContext.navigation.get(sidebar.currentIndex)
+                setSource(Qt.resolvedUrl(shown.source), { tool: shown })
             }
         }
         CollectorTray {

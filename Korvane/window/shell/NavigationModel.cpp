@@ -104,8 +104,11 @@ QVariant NavigationModel::data(const QModelIndex& index, int role) const {
         return page.title;
     case IconName:
         return page.icon;
-    case Section:
-        return page.section;
+    case Heading:
+        return index.row() == 0 ||
+                       pages_[static_cast<std::size_t>(index.row()) - 1].section != page.section
+                   ? page.section
+                   : QString();
     case Badge:
         return page.badge;
     case Blurb:
@@ -118,7 +121,7 @@ QVariant NavigationModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> NavigationModel::roleNames() const {
-    return {{PageID, "pageID"}, {Title, "title"}, {IconName, "iconName"}, {Section, "section"},
+    return {{PageID, "pageID"}, {Title, "title"}, {IconName, "iconName"}, {Heading, "heading"},
             {Badge, "badge"},   {Blurb, "blurb"}, {Source, "source"}};
 }
 

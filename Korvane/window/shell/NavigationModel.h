@@ -16,7 +16,7 @@ class NavigationModel : public QAbstractListModel {
     QML_UNCREATABLE("There is one, in WindowContext")
 
   public:
-    enum Role { PageID = Qt::UserRole + 1, Title, IconName, Section, Badge, Blurb, Source };
+    enum Role { PageID = Qt::UserRole + 1, Title, IconName, Heading, Badge, Blurb, Source };
 
     explicit NavigationModel(QObject* parent = nullptr);
     ~NavigationModel() override;

@@ -26,101 +26,87 @@ Rectangle {
             }
             Label { text: "Korvane"; kind: "subtitle"; font.pixelSize: Theme.subtitle + 1 }
         }
-        ListView {
+        // All rows at once in a column: a list view guesses where rows of other heights are.
+        Flickable {
             id: list
             objectName: "navigationList"
+            property int currentIndex: -1
+            readonly property int count: rows.count
             Layout.fillWidth: true
             Layout.fillHeight: true
             clip: true
             focus: true
             activeFocusOnTab: true
-            model: WindowContext.navigation
-            currentIndex: -1
+            contentHeight: column.implicitHeight + 12
             boundsBehavior: Flickable.StopAtBounds
-            topMargin: 2
-            bottomMargin: 10
-            highlightMoveDuration: 0
-            keyNavigationEnabled: true
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Screens")
             ScrollBar.vertical: ScrollBar {}
-            section.property: "section"
-            section.delegate: Item {
-                id: head
-                required property string section
-                width: list.width
-                height: section === "" ? 0 : Theme.controlHeight
-                Label {
-                    visible: head.section !== ""
-                    anchors { left: parent.left; leftMargin: 20; bottom: parent.bottom; bottomMargin: 6 }
-                    text: head.section
-                    kind: "caption"
-                    color: Theme.textFaint
-                    font.weight: Font.DemiBold
-                    Accessible.role: Accessible.Heading
+            function reveal() {
+                const item = rows.itemAt(currentIndex)
+                if (item)
+                    contentY = Math.max(0, Math.min(contentHeight - height,
+                        Math.min(item.y, Math.max(contentY, item.y + item.height + 12 - height))))
+            }
+            onCurrentIndexChanged: {
+                reveal()
+                bar.activated()
+            }
+            onHeightChanged: reveal()
+            Keys.onPressed: event => {
+                event.accepted = true
+                switch (event.key) {
+                case Qt.Key_Down: currentIndex = Math.min(count - 1, currentIndex + 1); break
+                case Qt.Key_Up: currentIndex = Math.max(0, currentIndex - 1); break
+                case Qt.Key_Home: currentIndex = 0; break
+                case Qt.Key_End: currentIndex = count - 1; break
+                default: event.accepted = false
                 }
             }
-            delegate: ItemDelegate {
-                id: item
-                required property int index
-                required property string title
-                required property string iconName
-                required property string badge
-                readonly property bool current: ListView.isCurrentItem
+            Column {
+                id: column
                 width: list.width
-                height: Theme.controlHeight - 2
-                padding: 0
-                hoverEnabled: true
-                focusPolicy: Qt.NoFocus
-                onClicked: {
-                    list.currentIndex = index
-                    list.forceActiveFocus(Qt.MouseFocusReason)
-                }
-                Accessible.role: Accessible.ListItem
-                Accessible.name: badge ? qsTr("%1, %2").arg(title).arg(badge) : title
-                Accessible.selected: current
-                Accessible.focusable: true
-                contentItem: Item {
-                    Icon {
-                        anchors { left: parent.left; leftMargin: 20; verticalCenter: parent.verticalCenter }
-                        name: item.iconName
-                        size: 18
-                        colour: item.current ? Theme.accentText : Theme.textMuted
-                    }
-                    Label {
-                        anchors {
-                            left: parent.left; leftMargin: 48
-                            right: badgeLabel.visible ? badgeLabel.left : parent.right
-                            rightMargin: badgeLabel.visible ? 6 : 16
-                            verticalCenter: parent.verticalCenter
+                topPadding: 2
+                Repeater {
+                    id: rows
+                    model: WindowContext.navigation
+                    Column {
+                        id: place
+                        required property int index
+                        required property string title
+                        required property string iconName
+                        required property string heading
+                        required property string badge
+                        readonly property bool current: list.currentIndex === index
+                        width: column.width
+                        Item {
+                            visible: place.heading !== ""
+                            width: parent.width
+                            height: Theme.controlHeight
+                            Label {
+                                anchors { left: parent.left; leftMargin: 20; bottom: parent.bottom; bottomMargin: 6 }
+                                text: place.heading
+                                kind: "caption"
+                                color: Theme.textFaint
+                                font.weight: Font.DemiBold
+                                Accessible.role: Accessible.Heading
+                            }
                         }
-                        text: item.title
-                        elide: Text.ElideRight
-                        font.weight: item.current ? Font.DemiBold : Font.Normal
-                        Accessible.ignored: true
+                        SidebarRow {
+                            width: parent.width
+                            title: place.title
+                            iconName: place.iconName
+                            badge: place.badge
+                            current: place.current
+                            marked: place.current && list.activeFocus
+                            onClicked: {
+                                list.currentIndex = place.index
+                                list.forceActiveFocus(Qt.MouseFocusReason)
+                            }
+                        }
                     }
-                    Label {
-                        id: badgeLabel
-                        visible: item.badge !== ""
-                        anchors { right: parent.right; rightMargin: 20; verticalCenter: parent.verticalCenter }
-                        text: item.badge
-                        kind: "caption"
-                        color: Theme.textFaint
-                        Accessible.ignored: true
-                    }
-                }
-                background: Rectangle {
-                    anchors.fill: parent
-                    anchors.leftMargin: 10
-                    anchors.rightMargin: 10
-                    radius: Theme.radius
-                    color: item.current ? Theme.selected
-                                        : item.hovered ? Theme.sidebarHover : "transparent"
-                    border.width: item.current && list.activeFocus ? 2 : 0
-                    border.color: Theme.accent
                 }
             }
-            onCurrentIndexChanged: bar.activated()
         }
         DiskGauge {
             Layout.fillWidth: true

@@ -35,8 +35,9 @@ void Work::start(std::function<Step(const Post& post)> work) {
             },
             Qt::QueuedConnection);
     };
-    std::shared_ptr<Task> previous = std::move(task_);
-    task_ = std::make_unique<Task>([this, previous, work = std::move(work), post]() mutable {
+    // Nobody else holds the previous one, or letting go of it would not wait.
+    task_ = std::make_unique<Task>([this, previous = std::shared_ptr<Task>(std::move(task_)),
+                                    work = std::move(work), post]() mutable {
         previous.reset(); // waits here and not in the interface
         Step last = work(post);
         post([this, last = std::move(last)] {

@@ -26,7 +26,7 @@ QtObject {
     // text
     readonly property color text: dark ? "#E8EBF0" : "#1A1F29"
     readonly property color textMuted: dark ? "#A5AFBF" : "#586273"
-    readonly property color textFaint: dark ? "#8490A2" : "#667080"
+    readonly property color textFaint: dark ? "#8E9AAC" : "#5A6474"
 
     // accent
     readonly property color accent: dark ? "#3DBDB2" : "#0E7C7B"
@@ -38,7 +38,7 @@ QtObject {
     // what cannot be undone
     readonly property color danger: dark ? "#E5675C" : "#B3261E"
     readonly property color dangerHover: dark ? "#EE8178" : "#9A1F18"
-    readonly property color dangerPressed: dark ? "#D0554A" : "#7F1812"
+    readonly property color dangerPressed: dark ? "#DA5F54" : "#7F1812"
     readonly property color dangerInk: dark ? "#2A0806" : "#FFFFFF"
 
     // risk: colour, background, word and sign together, never colour alone

@@ -40,7 +40,8 @@ Sheet {
                         anchors.fill: parent
                         anchors.margins: 4
                         source: picture.modelData.source ?? ""
-                        sourceSize: Qt.size(480, 480)
+                        sourceSize.width: 480
+                        sourceSize.height: 480
                         fillMode: Image.PreserveAspectFit
                         asynchronous: true
                         Accessible.role: Accessible.Graphic

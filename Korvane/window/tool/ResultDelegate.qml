@@ -110,7 +110,8 @@ Item {
         width: row.height - 12
         height: row.height - 12
         source: row.picture
-        sourceSize: Qt.size(96, 96)
+        sourceSize.width: 96
+        sourceSize.height: 96
         fillMode: Image.PreserveAspectFit
         asynchronous: true
         Accessible.ignored: true

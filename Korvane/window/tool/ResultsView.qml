@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
+import Korvane.Style
 import Korvane.Window
 import Korvane.Theme
 
@@ -110,8 +111,10 @@ FocusScope {
             }
             function showMenu(index: int) {
                 currentIndex = index
-                if (!view.results.isGroup(index))
+                if (!view.results.isGroup(index)) {
+                    menu.item = view.results.details(index)
                     menu.popup()
+                }
             }
             function showDetails(index: int) {
                 if (!view.results.isGroup(index))
@@ -225,9 +228,10 @@ FocusScope {
     }
     Menu {
         id: menu
+        property var item: ({})
         MenuItem { text: qsTr("Why is this listed?"); icon.name: "info"; onTriggered: list.showDetails(list.currentIndex) }
-        MenuItem { text: qsTr("Show in the file manager"); icon.name: "reveal"; onTriggered: WindowContext.reveal(view.results.details(list.currentIndex).url) }
-        MenuItem { text: qsTr("Copy the path"); icon.name: "copy"; onTriggered: WindowContext.copyText(view.results.details(list.currentIndex).copyPath) }
+        MenuItem { text: qsTr("Show in the file manager"); icon.name: "reveal"; onTriggered: WindowContext.reveal(menu.item.url) }
+        MenuItem { text: qsTr("Copy the path"); icon.name: "copy"; onTriggered: WindowContext.copyText(menu.item.copyPath) }
         MenuItem { text: qsTr("Add to the Collector"); icon.name: "collector"; onTriggered: WindowContext.collector.stageRow(view.model, list.currentIndex) }
         MenuItem { text: qsTr("Keep this copy"); icon.name: "check"; enabled: view.results.holdsDuplicates; onTriggered: view.results.keep(list.currentIndex) }
         MenuItem { text: qsTr("Protect this path"); icon.name: "shield"; onTriggered: view.model.protect(list.currentIndex) }

@@ -1,5 +1,6 @@
 #include "Korvane/window/tool/ToolModel.h"
 
+#include "Korvane/cleaning/PathProtection.h"
 #include "Korvane/tools/Confirmation.h"
 #include "Korvane/tools/Services.h"
 #include "Korvane/window/support/Texts.h"
@@ -318,7 +319,7 @@ void ToolModel::protect(int row) {
             services.exclusions().add(exclusion);
         } catch (const std::exception& error) {
             return [this, text = localizedDescription(error)] {
-                emit notified(tr("Couldn't update your protected paths") + QStringLiteral(": ") +
+                emit notified(Texts::sentence(protectionFailureTitle) + QStringLiteral(": ") +
                               Texts::sentence(text));
             };
         }
