@@ -69,6 +69,8 @@ class WindowTests : public QObject {
         window_ = application_.open(*services_, {{QStringLiteral("startPage"), "cache-cleaner"},
                                                  {QStringLiteral("startSize"), QSize(1180, 760)}});
         QVERIFY(window_ != nullptr);
+        QVERIFY(QTest::qWaitForWindowExposed(window_));
+        window_->requestActivate(); // there may be no window manager to do it
         QVERIFY(QTest::qWaitForWindowActive(window_));
     }
 

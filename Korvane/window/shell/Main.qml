@@ -107,6 +107,7 @@ ApplicationWindow {
 
     Toast { id: toast }
     UpdateSheet { id: updateSheet }
+    PrivilegedSheets {}
     Sheet {
         id: closeSheet
         title: qsTr("Korvane is still removing items")

@@ -79,6 +79,7 @@ void WindowApplication::closeAll() {
 }
 
 QQuickWindow* WindowApplication::open(Services& services, const QVariantMap& properties) {
+    closeAll();
     context_ = std::make_unique<WindowContext>(services);
     engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));

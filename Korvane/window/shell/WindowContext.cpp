@@ -1,12 +1,14 @@
 #include "Korvane/window/shell/WindowContext.h"
 
 #include "Korvane/tools/ToolCatalogue.h"
+#include "Korvane/window/support/DesktopNotification.h"
 #include "Korvane/window/support/Texts.h"
 #include "KorvaneCore/foundation/CheckedArithmetic.h"
 #include "KorvaneCore/platform/DesktopActions.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QSettings>
 #include <algorithm>
 
 namespace korvane {
@@ -14,6 +16,21 @@ namespace korvane {
 namespace {
 
 WindowContext* current = nullptr;
+
+/// Who has turned to something else meanwhile is told that a long scan has ended.
+void notifyOfScan(const QString& title, const ToolModel& tool) {
+    constexpr double longScan = 10; // seconds
+    if (tool.scanSeconds() >= longScan && QGuiApplication::focusWindow() == nullptr &&
+        QSettings().value(QStringLiteral("window/notify"), true).toBool()) {
+        showDesktopNotification(
+            WindowContext::tr("%1 has finished").arg(title),
+            tool.phase() == ToolModel::Failed
+                ? tool.failure()
+                : WindowContext::tr("%1 found. Nothing is removed until you "
+                                    "have seen the list.")
+                      .arg(tool.found().isEmpty() ? Texts::bytes(0) : tool.found()));
+    }
+}
 
 } // namespace
 
@@ -23,7 +40,9 @@ WindowContext::WindowContext(Services& services, QObject* parent)
 }
 
 WindowContext::~WindowContext() {
-    current = nullptr;
+    if (current == this) {
+        current = nullptr;
+    }
 }
 
 WindowContext* WindowContext::create(QQmlEngine* /*engine*/, QJSEngine* /*scripts*/) {
@@ -136,8 +155,20 @@ RestoreModel* WindowContext::restore() {
     return restore_.get();
 }
 
+PrivilegedModel* WindowContext::privileged() {
+    if (!privileged_) {
+        privileged_ = std::make_unique<PrivilegedModel>(services_);
+        connect(privileged_.get(), &PrivilegedModel::changed, this,
+                &WindowContext::cleaningChanged);
+        connect(privileged_.get(), &PrivilegedModel::finished, this,
+                &WindowContext::recordsChanged);
+    }
+    return privileged_.get();
+}
+
 bool WindowContext::isCleaning() const {
-    return (collector_ && collector_->isDeleting()) || (bins_ && bins_->isEmptying()) ||
+    return (privileged_ && privileged_->isRemoving()) || (collector_ && collector_->isDeleting()) ||
+           (bins_ && bins_->isEmptying()) ||
            std::any_of(tools_.begin(), tools_.end(), [](const auto& tool) {
                return tool.second->phase() == ToolModel::Cleaning;
            });
@@ -158,6 +189,10 @@ ToolModel* WindowContext::tool(const QString& id) {
         connect(model.get(), &ToolModel::protectionChanged, this,
                 &WindowContext::protectionChanged);
         connect(model.get(), &ToolModel::notified, this, &WindowContext::notified);
+        connect(model.get(), &ToolModel::scanFinished, this,
+                [title = Texts::sentence(tool->displayName), raw = model.get()] {
+                    notifyOfScan(title, *raw);
+                });
         connect(model.get(), &ToolModel::foundChanged, &navigation_,
                 [this, id, raw = model.get()] { navigation_.setBadge(id, raw->found()); });
     }

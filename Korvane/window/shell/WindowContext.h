@@ -12,6 +12,7 @@
 #include "Korvane/window/settings/CustomRulesModel.h"
 #include "Korvane/window/settings/SettingsModel.h"
 #include "Korvane/window/shell/NavigationModel.h"
+#include "Korvane/window/tool/PrivilegedModel.h"
 #include "Korvane/window/tool/ToolModel.h"
 #include "Korvane/window/uninstaller/ApplicationsModel.h"
 #include "Korvane/window/update/UpdateModel.h"
@@ -35,6 +36,7 @@ class WindowContext : public QObject {
     QML_SINGLETON
     Q_PROPERTY(korvane::NavigationModel* navigation READ navigation CONSTANT)
     Q_PROPERTY(korvane::CollectorModel* collector READ collector CONSTANT)
+    Q_PROPERTY(korvane::PrivilegedModel* privileged READ privileged CONSTANT)
     Q_PROPERTY(korvane::DashboardModel* dashboard READ dashboard CONSTANT)
     Q_PROPERTY(korvane::ProtectedPathsModel* protection READ protection CONSTANT)
     Q_PROPERTY(korvane::CatalogueModel* catalogue READ catalogue CONSTANT)
@@ -58,6 +60,7 @@ class WindowContext : public QObject {
     [[nodiscard]] Services& services() { return services_; }
     [[nodiscard]] NavigationModel* navigation() { return &navigation_; }
     [[nodiscard]] CollectorModel* collector();
+    [[nodiscard]] PrivilegedModel* privileged();
     [[nodiscard]] DashboardModel* dashboard();
     [[nodiscard]] ProtectedPathsModel* protection();
     [[nodiscard]] CatalogueModel* catalogue();
@@ -97,6 +100,7 @@ class WindowContext : public QObject {
     CollectorStore collectorStore_;
     std::unordered_map<std::string, std::unique_ptr<ToolModel>> tools_;
     std::unique_ptr<CollectorModel> collector_;
+    std::unique_ptr<PrivilegedModel> privileged_;
     std::unique_ptr<AuditModel> audit_;
     std::unique_ptr<RestoreModel> restore_;
     std::unique_ptr<DiskUsageModel> usage_;

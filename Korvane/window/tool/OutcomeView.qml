@@ -150,6 +150,12 @@ FocusScope {
                 onClicked: view.retry()
             }
             Button {
+                visible: view.outcome.rightsCouldHelp
+                text: qsTr("Remove with administrator rights…")
+                icon.name: "shield"
+                onClicked: WindowContext.privileged.prepare(view.outcome)
+            }
+            Button {
                 visible: view.outcome.canRestore
                 text: WindowContext.collector.restoreTitle
                 icon.name: "undo"
