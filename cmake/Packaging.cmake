@@ -42,6 +42,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # for the key of the log, and for `korvane update check`. A program that a package installed never
 # unpacks a release, so libarchive is not among them.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libvips42, libsecret-1-0, libcurl4, ca-certificates")
+if(TARGET korvane-app)
+  # The modules of the window's QML are loaded at run time too.
+  string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", qml6-module-qtquick, qml6-module-qtquick-controls,"
+    " qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window,"
+    " qml6-module-qtquick-dialogs, qml6-module-qt-labs-folderlistmodel, qml6-module-qtqml,"
+    " qml6-module-qtqml-workerscript, qt6-qpa-plugins, qt6-wayland, fonts-inter")
+endif()
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "pkexec | sudo")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Korvane finds what can be removed from your home folder: caches, build
