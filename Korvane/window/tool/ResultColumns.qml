@@ -7,10 +7,12 @@ QtObject {
     readonly property real scale: Math.max(1, Theme.scale)
     readonly property int groupText: 104
     readonly property int itemText: 132
-    readonly property int sizeWidth: Math.round(96 * scale)
-    readonly property int dateWidth: Math.round(100 * scale)
+    readonly property int sizeWidth: Math.round(88 * scale)
+    /// Without room for everything the date goes first: the details have it.
+    readonly property bool hasDate: width > 620 * scale
+    readonly property int dateWidth: hasDate ? Math.round(100 * scale) : 0
     readonly property int riskWidth: Math.round(84 * scale)
     readonly property int size: width - 24 - sizeWidth
-    readonly property int date: size - 12 - dateWidth
+    readonly property int date: hasDate ? size - 12 - dateWidth : size
     readonly property int risk: date - 12 - riskWidth
 }

@@ -106,9 +106,9 @@ Item {
     Image {
         id: thumbnail
         x: row.isGroup ? 60 : 88
-        y: 6
-        width: row.height - 12
-        height: row.height - 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: 36
+        height: 36
         source: row.picture
         sourceSize.width: 96
         sourceSize.height: 96
@@ -120,7 +120,7 @@ Item {
         id: titleText
         x: row.textX
         y: Math.round(row.height / 2 - implicitHeight) + 2
-        width: Math.min(implicitWidth, (row.isGroup ? row.columns.date : row.columns.risk) - x - 12 - (markBadge.visible ? markBadge.width + 8 : 0))
+        width: Math.min(implicitWidth, Math.max(24, (row.isGroup ? row.columns.date : row.columns.risk) - x - 12 - (markBadge.visible ? markBadge.width + 8 : 0)))
         text: row.title
         textFormat: Text.PlainText
         elide: Text.ElideMiddle
@@ -173,6 +173,7 @@ Item {
     ToolTip.delay: 350
     ToolTip.text: row.reason
     Text {
+        visible: row.columns.hasDate
         x: row.columns.date
         width: row.columns.dateWidth
         height: parent.height

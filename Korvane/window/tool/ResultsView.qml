@@ -46,7 +46,9 @@ FocusScope {
                 }
                 ComboBox {
                     visible: view.results.holdsDuplicates
-                    implicitWidth: Math.round(190 * Math.max(1, Theme.scale))
+                    Layout.fillWidth: true
+                    Layout.minimumWidth: 96
+                    Layout.maximumWidth: Math.round(190 * layout.scale)
                     model: [qsTr("Most to gain first"), qsTr("By name"), qsTr("Most copies first")]
                     currentIndex: view.results.groupOrder
                     onActivated: index => view.results.groupOrder = index
@@ -55,7 +57,9 @@ FocusScope {
                 SearchField {
                     id: search
                     objectName: "searchField"
-                    Layout.preferredWidth: Math.min(240, view.width / 3)
+                    Layout.fillWidth: true
+                    Layout.minimumWidth: 96
+                    Layout.maximumWidth: 240
                     placeholderText: qsTr("Search names and folders")
                     onTextChanged: view.results.filter = text
                     Keys.onEscapePressed: {
@@ -66,7 +70,7 @@ FocusScope {
                 }
             }
             StackedBar {
-                visible: view.results.breakdown.length > 1 && view.height > 420
+                visible: view.results.breakdown.length > 1 && view.height > 420 * layout.scale
                 Layout.fillWidth: true
                 parts: view.results.breakdown
             }
@@ -78,7 +82,7 @@ FocusScope {
             color: Theme.surface
             ColumnHead { x: layout.groupText; width: layout.risk - x - 12; height: parent.height; text: qsTr("Name"); order: ResultModel.ByName; model: view.results }
             ColumnHead { x: layout.risk; width: layout.riskWidth; height: parent.height; text: qsTr("Risk"); order: ResultModel.ByRisk; model: view.results }
-            ColumnHead { x: layout.date; width: layout.dateWidth; height: parent.height; text: qsTr("Changed"); order: ResultModel.ByDate; model: view.results; alignRight: true }
+            ColumnHead { visible: layout.hasDate; x: layout.date; width: layout.dateWidth; height: parent.height; text: qsTr("Changed"); order: ResultModel.ByDate; model: view.results; alignRight: true }
             ColumnHead { x: layout.size; width: layout.sizeWidth; height: parent.height; text: qsTr("Size"); order: ResultModel.BySize; model: view.results; alignRight: true }
         }
         Rectangle { Layout.fillWidth: true; implicitHeight: 1; color: Theme.border }
@@ -202,12 +206,13 @@ FocusScope {
                         Layout.fillWidth: true
                     }
                 }
-                Button { text: qsTr("Select safe"); flat: true; visible: view.width > 660 * Math.max(1, Theme.scale); onClicked: view.results.selectSafe() }
+                Button { text: qsTr("Select safe"); flat: true; visible: view.width > 660 * layout.scale; onClicked: view.results.selectSafe() }
                 Button { objectName: "selectNoneButton"; text: qsTr("Select none"); flat: true; onClicked: view.results.selectNone() }
                 Button {
                     objectName: "collectButton"
                     text: qsTr("Collect")
                     icon.name: "collector"
+                    display: view.width > 560 * layout.scale ? AbstractButton.TextBesideIcon : AbstractButton.IconOnly
                     enabled: view.results.selectedCount > 0
                     onClicked: WindowContext.collector.stageSelection(view.model)
                     ToolTip.visible: hovered
