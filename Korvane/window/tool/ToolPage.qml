@@ -9,8 +9,11 @@ import Korvane.Theme
 Page {
     id: page
     readonly property ToolModel model: WindowContext.tool(tool.pageID)
+    property bool scansNext: false
     function refresh() {
-        if (model.phase === ToolModel.Results || model.phase === ToolModel.Finished
+        if (model.phase === ToolModel.Cleaning)
+            busySheet.open()
+        else if (model.phase === ToolModel.Results || model.phase === ToolModel.Finished
                 || model.phase === ToolModel.Failed || model.canScan)
             model.scan()
     }
@@ -72,6 +75,25 @@ Page {
         border.width: 2
         border.color: Theme.accent
         visible: drop.containsDrag
+    }
+    Sheet {
+        id: busySheet
+        title: qsTr("Korvane is still removing items")
+        text: qsTr("Stop before the next item and scan again? Anything already removed stays removed, and is in the log.")
+        action: qsTr("Stop and scan again")
+        onAccepted: {
+            page.scansNext = true
+            page.model.stop()
+        }
+    }
+    Connections {
+        target: page.model
+        function onPhaseChanged() {
+            if (page.scansNext && page.model.phase === ToolModel.Finished) {
+                page.scansNext = false
+                page.model.scan()
+            }
+        }
     }
     FolderDialog {
         id: folderDialog
