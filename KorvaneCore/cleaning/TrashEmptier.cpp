@@ -97,8 +97,8 @@ std::int64_t TrashEmptier::freedBytes(const Survey& survey,
     const std::int64_t before = survey.item->sizeBytes;
     std::int64_t kept = 0;
     if (!leftovers.empty() || Task::isCancelled()) {
-        // Also of an emptying that was stopped: a measuring that ends early would find nothing left,
-        // and everything would count as freed.
+        // Also of an emptying that was stopped: a measuring that ends early would find nothing
+        // left, and everything would count as freed.
         const Task::Scope uncancelled(nullptr);
         kept = binContentSize(survey.url, launcher_);
     } else {

@@ -4,12 +4,11 @@
 #include "Korvane/window/theme/IconProvider.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <memory>
-
 #include <QQmlEngine>
 #include <QQuickStyle>
 #include <QtPlugin>
 #include <QtQuickTest>
+#include <memory>
 
 Q_IMPORT_PLUGIN(Korvane_ThemePlugin)
 Q_IMPORT_PLUGIN(Korvane_StylePlugin)
@@ -28,9 +27,9 @@ class Setup : public QObject {
     }
 
     void qmlEngineAvailable(QQmlEngine* engine) {
-        services_ = std::make_unique<Services>(
-            UserFolders{folder_.makeFolder("home"), folder_.at("data"), folder_.at("config"),
-                        folder_.makeFolder("tmp")});
+        services_ = std::make_unique<Services>(UserFolders{folder_.makeFolder("home"),
+                                                           folder_.at("data"), folder_.at("config"),
+                                                           folder_.makeFolder("tmp")});
         context_ = std::make_unique<WindowContext>(*services_);
         engine->addImportPath(QStringLiteral("qrc:/qt/qml"));
         engine->addImageProvider(QStringLiteral("icon"), new IconProvider);
