@@ -1,6 +1,7 @@
 #include "Korvane/audit/AuditExport.h"
 #include "Korvane/audit/AuditQuery.h"
 #include "Korvane/audit/AuditReview.h"
+#include "Korvane/audit/AuditText.h"
 #include "Korvane/audit/IntegrityText.h"
 #include "Korvane/audit/ModuleNames.h"
 #include "Korvane/command/CommandContext.h"
@@ -62,7 +63,7 @@ int list(CommandContext& context, const AuditQuery& query) {
     }
     if (entries.empty()) {
         Terminal::printLine(query.isEmpty() ? "No cleanup operations have been logged yet."
-                                            : "No matching operations");
+                                            : std::string(AuditText::noMatchTitle));
     }
     for (const AuditEntry& entry : entries) {
         Terminal::print(entryText(entry));
@@ -116,9 +117,7 @@ int exportEntries(const CommandContext& context, const AuditArguments& arguments
     if (context.json) {
         printJson({{"file", pathText(file.path())}, {"operations", entries.size()}});
     } else {
-        Terminal::printLine(fmt::format("{} written to {}.",
-                                        Terminal::counted(entries.size(), "operation"),
-                                        displayText(file.path())));
+        Terminal::printLine(AuditText::exported(entries.size(), displayText(file.path())));
     }
     return exitDone;
 }
@@ -130,7 +129,7 @@ std::string chartText(const std::vector<ChartBar>& bars) {
         most = std::max(most, bar.bytes);
     }
     if (most == 0) {
-        return "No cleanups in this period yet.\n";
+        return fmt::format("{}\n", AuditText::emptyPeriod);
     }
     std::string text;
     for (const ChartBar& bar : bars) {
@@ -163,9 +162,10 @@ int showStatistics(const CommandContext& context, const AuditArguments& argument
                    {"bars", std::move(array)}});
         return exitDone;
     }
-    Terminal::printLine(
-        fmt::format("Operations recorded  {}\nLifetime reclaimed   {}\n{}\n", statistics.operations,
-                    ByteDisplay::format(statistics.lifetimeReclaimed), statistics.status));
+    Terminal::printLine(fmt::format("{}  {}\n{}   {}\n{}\n", AuditText::operationsRecorded,
+                                    statistics.operations, AuditText::lifetimeReclaimed,
+                                    ByteDisplay::format(statistics.lifetimeReclaimed),
+                                    statistics.status));
     Terminal::printLine(Terminal::styled(label(period), Terminal::Style::bold));
     Terminal::print(chartText(bars));
     return exitDone;

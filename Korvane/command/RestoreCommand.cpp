@@ -1,3 +1,4 @@
+#include "Korvane/cleaning/RestoreText.h"
 #include "Korvane/command/CommandContext.h"
 #include "Korvane/command/JsonForms.h"
 #include "Korvane/command/Terminal.h"
@@ -28,13 +29,13 @@ int listRestorable(const CommandContext& context, const std::vector<RestorableOp
         return exitDone;
     }
     if (operations.empty()) {
-        Terminal::printLine("Nothing in the Bin can be put back.");
+        Terminal::printLine(std::string(RestoreText::emptyTitle));
     }
     for (const RestorableOp& operation : operations) {
-        Terminal::printLine(
-            fmt::format("{}  {}  {}  {} can be restored", operation.entry.operationID.text(),
-                        operation.entry.timestamp.iso8601(), displayText(operation.entry.scannerID),
-                        operation.restorableCount));
+        Terminal::printLine(fmt::format("{}  {}  {}  {}", operation.entry.operationID.text(),
+                                        operation.entry.timestamp.iso8601(),
+                                        displayText(operation.entry.scannerID),
+                                        RestoreText::canBeRestored(operation.restorableCount)));
     }
     return exitDone;
 }
@@ -84,11 +85,7 @@ int report(const CommandContext& context, const RestoreOutcome& outcome) {
             Terminal::printLine(
                 fmt::format("failed  {}: {}", displayText(failure.item.original), failure.error));
         }
-        Terminal::printLine(
-            fmt::format("Put back {}.", Terminal::counted(outcome.restored.size(), "item")));
-        if (!outcome.failed.empty()) {
-            Terminal::printLine(fmt::format("{} could not be restored.", outcome.failed.size()));
-        }
+        Terminal::printLine(RestoreText::outcome(outcome));
     }
     return outcome.failed.empty() ? exitDone : exitWrong;
 }

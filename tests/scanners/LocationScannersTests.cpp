@@ -135,10 +135,10 @@ TEST_F(LocationScannersTest, measuresTheBinsOfThisUserOnly) {
     EXPECT_EQ(binContentSize(home.at("data/Trash/files"), failing), 0);
 
     const auto bins = [&] {
-        std::vector<FileURL> own = binFolders(folders());
-        std::erase_if(own,
+        std::vector<FileURL> here = binFolders(folders());
+        std::erase_if(here,
                       [&](const FileURL& bin) { return !bin.path().starts_with(home.path()); });
-        return own;
+        return here;
     };
     EXPECT_THAT(bins(), ElementsAre(home.at("data/Trash/files"), home.at(".Trash")));
     // Neither another user's folder nor what a link leads to is this user's Bin.
