@@ -2,9 +2,14 @@
 
 #include "Korvane/audit/ModuleNames.h"
 #include "KorvaneCore/foundation/StateFile.h"
+#include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/foundation/Text.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <numeric>
+#include <vector>
 
 #include <fmt/format.h>
 
@@ -31,14 +36,25 @@ std::string auditCSV(std::span<const AuditEntry> entries) {
 }
 
 std::string auditJSON(std::span<const AuditEntry> entries) {
-    // An entry at a time, so that a long log is never there twice as a tree.
+    // In pieces on all processors, and an entry at a time in each, so that a long log is quick to
+    // write and never there twice as a tree.
+    constexpr std::size_t pieceSize = 4096;
+    std::vector<std::string> pieces((entries.size() + pieceSize - 1) / pieceSize);
+    concurrentPerform(pieces.size(), [&](std::size_t piece) {
+        for (const AuditEntry& entry :
+             entries.subspan(piece * pieceSize)
+                 .first(std::min(pieceSize, entries.size() - piece * pieceSize))) {
+            const nlohmann::json sorted = entry.toJson();
+            pieces[piece] += &entry == entries.data() ? "\n" : ",\n";
+            pieces[piece] += sorted.dump(2);
+        }
+    });
     std::string text = "[";
-    std::string_view separator = "\n";
-    for (const AuditEntry& entry : entries) {
-        text += separator;
-        separator = ",\n";
-        const nlohmann::json sorted = entry.toJson();
-        text += sorted.dump(2);
+    text.reserve(std::accumulate(
+        pieces.begin(), pieces.end(), std::size_t{8},
+        [](std::size_t sum, const std::string& piece) { return sum + piece.size(); }));
+    for (const std::string& piece : pieces) {
+        text += piece;
     }
     text += entries.empty() ? "]\n" : "\n]\n";
     return text;

@@ -2,6 +2,8 @@
 #include "Korvane/window/shell/WindowApplication.h"
 #include "KorvaneCore/platform/UserFolders.h"
 
+#include <cstdio>
+
 #include <QtPlugin>
 
 Q_IMPORT_PLUGIN(Korvane_ThemePlugin)
@@ -9,6 +11,12 @@ Q_IMPORT_PLUGIN(Korvane_StylePlugin)
 Q_IMPORT_PLUGIN(Korvane_WindowPlugin)
 
 int main(int argc, char** argv) {
+    if (!korvane::WindowApplication::hasDisplay()) {
+        std::fputs("korvane: there is no display to open a window on; everything it does, the "
+                   "command does too\n",
+                   stderr);
+        return 1;
+    }
     korvane::WindowApplication::prepare();
     korvane::WindowApplication application(argc, argv);
     korvane::Services services(korvane::UserFolders::current());

@@ -55,7 +55,7 @@ Rectangle {
             Label {
                 id: number
                 anchors.centerIn: parent
-                text: tray.model.count > 9999 ? "9999+" : tray.model.count
+                text: tray.model.countText
                 kind: "caption"
                 color: Theme.accentInk
                 font.weight: Font.DemiBold

@@ -49,6 +49,12 @@ void inspect(QQuickWindow& window, const Inspection& inspection) {
 
 } // namespace
 
+bool WindowApplication::hasDisplay() {
+    return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
 void WindowApplication::prepare() {
     setOrganizationName(QStringLiteral("Korvane"));
     setApplicationName(QStringLiteral("Korvane"));

@@ -16,6 +16,10 @@ class WindowApplication : public QGuiApplication {
     Q_OBJECT
 
   public:
+    /// Whether the environment names anything that a window could be shown on. Without it the
+    /// toolkit ends the process.
+    [[nodiscard]] static bool hasDisplay();
+
     /// What must be decided before the object is made: the renderer and the style.
     static void prepare();
 
