@@ -27,7 +27,7 @@ QVariant RestoreModel::data(const QModelIndex& index, int role) const {
     const Row& row = rows_[number];
     const Operation& operation = operations_[row.operation];
     return row.item < 0 ? operationData(operation, number, role)
-                        : itemData(operation, static_cast<std::size_t>(row.item), role);
+                        : valueOfItem(operation, static_cast<std::size_t>(row.item), role);
 }
 
 QVariant RestoreModel::operationData(const Operation& operation, std::size_t row, int role) const {
@@ -63,7 +63,7 @@ QVariant RestoreModel::operationData(const Operation& operation, std::size_t row
     }
 }
 
-QVariant RestoreModel::itemData(const Operation& operation, std::size_t item, int role) const {
+QVariant RestoreModel::valueOfItem(const Operation& operation, std::size_t item, int role) const {
     const FileURL original(pathFromText((*operation.op.entry.restorable)[item].original));
     switch (role) {
     case IsOperation:
@@ -86,9 +86,9 @@ QVariant RestoreModel::itemData(const Operation& operation, std::size_t item, in
         return Texts::path(original.path(), services_.home());
     case Spoken:
         return operation.inBin[item]
-                   ? itemData(operation, item, Path).toString()
-                   : tr("%1, %2").arg(itemData(operation, item, Path).toString(),
-                                      itemData(operation, item, CountText).toString());
+                   ? valueOfItem(operation, item, Path).toString()
+                   : tr("%1, %2").arg(valueOfItem(operation, item, Path).toString(),
+                                      valueOfItem(operation, item, CountText).toString());
     default:
         return {};
     }

@@ -87,7 +87,8 @@ class RestoreModel : public QAbstractListModel {
     [[nodiscard]] bool isOpen(std::size_t row) const;
     [[nodiscard]] QVariant operationData(const Operation& operation, std::size_t row,
                                          int role) const;
-    [[nodiscard]] QVariant itemData(const Operation& operation, std::size_t item, int role) const;
+    [[nodiscard]] QVariant valueOfItem(const Operation& operation, std::size_t item,
+                                       int role) const;
 
     Services& services_;
     std::vector<Operation> operations_;

@@ -47,7 +47,7 @@ QVariant ResultModel::data(const QModelIndex& index, int role) const {
         return {};
     }
     const Row& row = rows_[static_cast<std::size_t>(index.row())];
-    return row.item < 0 ? groupData(row, role) : itemData(row, role);
+    return row.item < 0 ? valueOfGroup(row, role) : valueOfItem(row, role);
 }
 
 std::size_t ResultModel::itemIndex(const Row& row) const {
@@ -141,7 +141,7 @@ Qt::CheckState ResultModel::groupState(const ReviewTable::Group& group) const {
     return isFull ? Qt::Checked : Qt::PartiallyChecked;
 }
 
-QVariant ResultModel::groupData(const Row& row, int role) const {
+QVariant ResultModel::valueOfGroup(const Row& row, int role) const {
     const ReviewTable::Group& group = table_.groups()[row.group];
     const ScanItem& first = table_.items()[group.items.front()];
     const auto title = [&] { return groupTitle(group); };
@@ -191,7 +191,7 @@ QVariant ResultModel::groupData(const Row& row, int role) const {
     }
 }
 
-QVariant ResultModel::itemData(const Row& row, int role) const {
+QVariant ResultModel::valueOfItem(const Row& row, int role) const {
     const std::size_t item = itemIndex(row);
     const ScanItem& shown = table_.items()[item];
     const auto date = [&] {
@@ -578,7 +578,7 @@ QVariantMap ResultModel::details(int row) const {
         {QStringLiteral("picture"), picture(*item)},
         {QStringLiteral("pictureKept"),
          isSimilarImage(*item)
-             ? groupData({rows_[static_cast<std::size_t>(row)].group, -1}, Picture)
+             ? valueOfGroup({rows_[static_cast<std::size_t>(row)].group, -1}, Picture)
              : QVariant(QString())},
         {QStringLiteral("keptPath"),
          isSimilarImage(*item) ? Texts::data(item->category) : QString()},

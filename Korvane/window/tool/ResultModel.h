@@ -130,8 +130,8 @@ class ResultModel : public QAbstractListModel {
     void tellSelection(int first, int last);
     [[nodiscard]] std::size_t itemIndex(const Row& row) const;
     [[nodiscard]] std::size_t hiddenCount() const;
-    [[nodiscard]] QVariant groupData(const Row& row, int role) const;
-    [[nodiscard]] QVariant itemData(const Row& row, int role) const;
+    [[nodiscard]] QVariant valueOfGroup(const Row& row, int role) const;
+    [[nodiscard]] QVariant valueOfItem(const Row& row, int role) const;
     [[nodiscard]] QString groupTitle(const ReviewTable::Group& group) const;
     [[nodiscard]] QString groupReason(const ReviewTable::Group& group) const;
     [[nodiscard]] QString reason(std::size_t item) const;
