@@ -2,9 +2,8 @@
 #include "Korvane/window/shell/WindowApplication.h"
 #include "KorvaneCore/platform/UserFolders.h"
 
-#include <cstdio>
-
 #include <QtPlugin>
+#include <cstdio>
 
 Q_IMPORT_PLUGIN(Korvane_ThemePlugin)
 Q_IMPORT_PLUGIN(Korvane_StylePlugin)
