@@ -17,7 +17,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     korvane::WindowApplication::prepare();
-    korvane::WindowApplication application(argc, argv);
     korvane::Services services(korvane::UserFolders::current());
+    korvane::WindowApplication application(argc, argv);
     return application.run(services);
 }

@@ -5,6 +5,7 @@
 #include "Korvane/window/shell/WindowApplication.h"
 #include "Korvane/window/shell/WindowContext.h"
 #include "Korvane/window/theme/Appearance.h"
+#include "KorvaneCore/foundation/Json.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <QAccessible>
@@ -13,6 +14,7 @@
 #include <QSignalSpy>
 #include <QtPlugin>
 #include <QtTest>
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <set>
@@ -186,6 +188,35 @@ class WindowTests : public QObject {
         QTRY_COMPARE_WITH_TIMEOUT(application_.context().collector()->count(), 0, patience);
         QTRY_COMPARE_WITH_TIMEOUT(services_->auditLog().entries().size(), std::size_t{1}, patience);
         QCOMPARE(services_->auditLog().entries().front().scannerID, std::string("collector"));
+    }
+
+    void asksBeforeItClosesInTheMiddleOfRemoving() {
+        for (int number = 0; number < 3000; ++number) {
+            folder_.makeFile("home/Library/Caches/many-" + std::to_string(number) + "/x");
+        }
+        ToolModel* tool = application_.context().tool(QStringLiteral("cache-cleaner"));
+        tool->scan();
+        QTRY_COMPARE_WITH_TIMEOUT(tool->phase(), ToolModel::Results, patience);
+        QVERIFY(!tool->prepare().isEmpty());
+        tool->confirm();
+        QVERIFY(!window_->close());
+        QTRY_VERIFY(item("cancelButton") != nullptr && item("cancelButton")->hasActiveFocus());
+        QVERIFY(window_->isVisible());
+        press(Qt::Key_Tab);
+        press(Qt::Key_Return);
+        QTRY_VERIFY(!window_->isVisible());
+        application_.closeAll(); // as at the end of the program: waits for the item and the record
+        const auto entries = services_->auditLog().entries();
+        QCOMPARE(entries.size(), std::size_t{1});
+        // Every removal is in the record, and nothing else is said to have gone.
+        const AuditEntry& entry = entries.front();
+        const auto gone =
+            std::count_if(entry.paths.begin(), entry.paths.end(), [](const std::string& text) {
+                return !std::filesystem::exists(pathFromText(text));
+            });
+        QCOMPARE(static_cast<std::int64_t>(gone), entry.succeededCount);
+        QCOMPARE(entry.restorable->size(), static_cast<std::size_t>(gone));
+        QVERIFY(gone > 0);
     }
 
     void reachesEveryPartByTab() {

@@ -136,7 +136,9 @@ int WindowApplication::run(Services& services) {
     inspect(*window, {.picture = parser.value(grab),
                       .delay = parser.value(after).toInt(),
                       .firstFrame = parser.isSet(firstFrame)});
-    return exec();
+    const int status = exec();
+    closeAll(); // waits for what is still at work with the stores
+    return status;
 }
 
 } // namespace korvane
