@@ -39,6 +39,7 @@ T.Button {
                 anchors.verticalCenter: parent.verticalCenter
             }
             Text {
+                textFormat: Text.PlainText
                 visible: control.display !== T.AbstractButton.IconOnly && control.text !== ""
                 text: control.text
                 font: control.font

@@ -140,6 +140,7 @@ Item {
         color: Theme.dark ? Theme.pressed : Theme.hover
         border.color: Theme.border
         Text {
+            textFormat: Text.PlainText
             id: markText
             anchors.centerIn: parent
             text: row.mark
@@ -173,6 +174,7 @@ Item {
     ToolTip.delay: 350
     ToolTip.text: row.reason
     Text {
+        textFormat: Text.PlainText
         visible: row.columns.hasDate
         x: row.columns.date
         width: row.columns.dateWidth
@@ -185,6 +187,7 @@ Item {
         font.pixelSize: Theme.small
     }
     Text {
+        textFormat: Text.PlainText
         x: row.columns.size
         width: row.columns.sizeWidth
         height: parent.height
