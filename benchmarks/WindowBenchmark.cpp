@@ -167,11 +167,11 @@ int run(WindowApplication& application, int rows, const char* scanFolder) {
     print("a tick of a row or a group", ticks);
 
     if (scanFolder != nullptr) {
-        ToolModel* duplicates = application.context().tool(QStringLiteral("large-files"));
-        duplicates->setFolder(QUrl::fromLocalFile(QString::fromLocal8Bit(scanFolder)));
-        duplicates->scan();
+        ToolModel* large = application.context().tool(QStringLiteral("large-files"));
+        large->setFolder(QUrl::fromLocalFile(QString::fromLocal8Bit(scanFolder)));
+        large->scan();
         print("stalls while large files are sought",
-              gapsUntil([&] { return duplicates->phase() == ToolModel::Results; }));
+              gapsUntil([&] { return large->phase() == ToolModel::Results; }));
         ToolModel* smart = application.context().tool(QStringLiteral("smart-scan"));
         smart->scan();
         print("stalls during a Smart Scan",

@@ -6,6 +6,7 @@
 
 #include <QQmlEngine>
 #include <QQuickStyle>
+#include <QSettings>
 #include <QtPlugin>
 #include <QtQuickTest>
 #include <memory>
@@ -20,8 +21,10 @@ class Setup : public QObject {
     Q_OBJECT
 
   public slots:
-    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): called by name
     void applicationAvailable() {
+        // The look that a test chooses is not the developer's.
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString(folder_.at("settings").path()));
         QQuickStyle::setStyle(QStringLiteral("Korvane.Style"));
         QQuickStyle::setFallbackStyle(QStringLiteral("Basic"));
     }
