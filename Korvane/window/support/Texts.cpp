@@ -5,7 +5,6 @@
 #include "KorvaneCore/scan/PathDisplay.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QLocale>
 #include <limits>
 
@@ -50,8 +49,8 @@ QString timeOfDay(const Date& date) {
 }
 
 FileURL fileURL(const QUrl& url) {
-    return url.isLocalFile() ? FileURL(QFile::encodeName(url.toLocalFile()).toStdString())
-                             : FileURL();
+    // The coded form keeps bytes that are no text.
+    return FileURL::fromAbsoluteString(url.toEncoded().toStdString()).value_or(FileURL());
 }
 
 QUrl qtURL(const FileURL& url) {
