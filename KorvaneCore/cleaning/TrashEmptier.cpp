@@ -87,6 +87,8 @@ std::vector<TrashEmptier::Leftover> TrashEmptier::emptyEntryByEntry(const Survey
         }
     }
     survey.folder->dropOrphanedNotes();
+    std::sort(leftovers.begin(), leftovers.end(),
+              [](const Leftover& a, const Leftover& b) { return a.url.path() < b.url.path(); });
     return leftovers;
 }
 

@@ -31,8 +31,8 @@ class OpenBinFolder {
     /// Null with `errno` set when it cannot be read, or is a link.
     [[nodiscard]] static std::unique_ptr<OpenBinFolder> open(const FileURL& url);
 
-    /// What lies directly in it, hidden things too. Nothing with `errno` set when that cannot be
-    /// read.
+    /// What lies directly in it, hidden things too, in the order in which removing it costs least.
+    /// Nothing with `errno` set when that cannot be read.
     [[nodiscard]] virtual std::optional<std::vector<std::string>> names() const = 0;
 
     /// Removes one thing for good, a whole tree too, and then the Bin's note about it; the note of

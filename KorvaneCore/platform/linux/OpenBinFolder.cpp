@@ -5,8 +5,10 @@
 #include "KorvaneCore/platform/linux/SafeRemoval.h"
 #include "KorvaneCore/platform/linux/TrashInfo.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,9 +26,7 @@ class LinuxBinFolder final : public OpenBinFolder {
         place_.parentPath = std::move(path);
     }
 
-    [[nodiscard]] std::optional<std::vector<std::string>> names() const override {
-        return namesInFolder(files_.get(), ".");
-    }
+    [[nodiscard]] std::optional<std::vector<std::string>> names() const override;
 
     void remove(const std::string& name) override {
         place_.name = name;
@@ -46,6 +46,32 @@ class LinuxBinFolder final : public OpenBinFolder {
     ItemPlace place_;
     MountTable mounts_;
 };
+
+// In the order of their inodes: a disk removes a hundred thousand files faster in the order in which
+// it keeps them.
+std::optional<std::vector<std::string>> LinuxBinFolder::names() const {
+    const FileDescriptor folder = openFolder(files_.get(), ".");
+    if (!folder) {
+        return std::nullopt;
+    }
+    DirectoryReader::Buffer buffer = DirectoryReader::makeBuffer();
+    DirectoryReader reader(folder.get(), buffer);
+    std::vector<std::pair<std::uint64_t, std::string>> entries;
+    while (const auto entry = reader.next()) {
+        entries.emplace_back(entry->inode, entry->name);
+    }
+    if (reader.error() != 0) {
+        errno = reader.error();
+        return std::nullopt;
+    }
+    std::sort(entries.begin(), entries.end());
+    std::vector<std::string> names;
+    names.reserve(entries.size());
+    for (auto& [inode, name] : entries) {
+        names.push_back(std::move(name));
+    }
+    return names;
+}
 
 bool LinuxBinFolder::isOrphaned(const std::string& note) const {
     constexpr std::time_t grace = 60;
