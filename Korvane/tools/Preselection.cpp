@@ -19,11 +19,14 @@ bool isForPeopleOnly(const PathHeuristic& row) {
            row.id == PathHeuristics::downloadsAllFiles.id;
 }
 
-/// What goes because something else than a group of duplicates was ticked.
+/// What goes because something else than a group of duplicates was ticked, or goes in any case.
 class OtherRemovals {
   public:
     OtherRemovals(std::span<const ScanResult* const> results,
-                  const std::unordered_set<UUID>& selected) {
+                  const std::unordered_set<UUID>& selected, std::span<const ScanItem> going) {
+        for (const ScanItem& item : going) {
+            paths_.insert(itemKey(item));
+        }
         for (const ScanResult* result : results) {
             for (const ScanItem& item : result->items) {
                 if (!isDuplicate(item) && selected.contains(item.id)) {
@@ -55,8 +58,15 @@ bool isDuplicate(const ScanItem& item) {
 }
 
 void keepOneCopyOfEach(std::span<const ScanResult* const> results,
-                       std::unordered_set<UUID>& selected) {
-    const OtherRemovals others(results, selected);
+                       std::unordered_set<UUID>& selected, std::span<const ScanItem> going) {
+    const bool anyDuplicates =
+        std::any_of(results.begin(), results.end(), [](const ScanResult* result) {
+            return std::any_of(result->items.begin(), result->items.end(), isDuplicate);
+        });
+    if (!anyDuplicates) {
+        return; // most tools: no need to look at a long list of paths
+    }
+    const OtherRemovals others(results, selected, going);
     std::unordered_map<std::string_view, std::vector<const ScanItem*>> groups; // what others leave
     for (const ScanResult* result : results) {
         for (const ScanItem& item : result->items) {
