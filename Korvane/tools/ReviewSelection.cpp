@@ -5,7 +5,7 @@
 
 namespace korvane {
 
-ReviewSelection::ReviewSelection(const ReviewTable& table)
+ReviewSelection::ReviewSelection(const ReviewTable& table, const std::unordered_set<UUID>& ticked)
     : ticks_(table.items().size()), offered_(table.items().size(), true),
       staying_(table.categoryCount()) {
     const ToolReview& review = table.review();
@@ -14,7 +14,7 @@ ReviewSelection::ReviewSelection(const ReviewTable& table)
         ++staying_[table.category(item)];
     }
     for (std::size_t item = 0; item < table.items().size(); ++item) {
-        if (review.preselected.contains(table.items()[item].id)) {
+        if (ticked.contains(table.items()[item].id)) {
             tick(table, item, true);
         }
     }

@@ -18,7 +18,10 @@ class ReviewSelection {
   public:
     ReviewSelection() = default;
     /// Begins with what the review preselects.
-    explicit ReviewSelection(const ReviewTable& table);
+    explicit ReviewSelection(const ReviewTable& table)
+        : ReviewSelection(table, table.review().preselected) {}
+    /// Begins with what is ticked already, as far as the rules allow.
+    ReviewSelection(const ReviewTable& table, const std::unordered_set<UUID>& ticked);
 
     [[nodiscard]] bool isTicked(std::size_t item) const { return ticks_[item]; }
     /// Whether the item can be ticked at all.

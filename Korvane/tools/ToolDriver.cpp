@@ -81,18 +81,36 @@ ToolReview ToolDriver::makeReview(ScanResult result) const {
     review.result = std::move(result);
     review.preselected = preselectedItems(review.result);
     review.ownReasons = ownReasons(review.result, services_);
-    const Refusal refusal(services_);
     const Date now = Date::now();
     for (const ScanItem& item : review.result.items) {
         if (const auto skipped = services_.decisions().skipDate(item, now)) {
             review.skippedBefore.emplace(item.id, *skipped);
         }
+    }
+    judge(review);
+    return review;
+}
+
+void ToolDriver::judge(ToolReview& review) const {
+    const Refusal refusal(services_);
+    review.refused.clear();
+    for (const ScanItem& item : review.result.items) {
         if (auto sentence = refusal.sentence(item)) {
             review.refused.emplace(item.id, std::move(*sentence));
             review.preselected.erase(item.id);
         }
     }
-    return review;
+}
+
+bool ToolDriver::judgeAgain() {
+    const auto shown = review();
+    if (!shown || !begin(ToolPhase::results)) {
+        return false;
+    }
+    ToolReview judged = *shown;
+    judge(judged);
+    present(std::move(judged), ToolPhase::results);
+    return true;
 }
 
 bool ToolDriver::scan(const ModuleScanner& scanner, const ScanProgressHandler& progress) {

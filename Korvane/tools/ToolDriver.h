@@ -61,6 +61,11 @@ class ToolDriver {
     /// Shows a result that came from elsewhere. `preselected` replaces the risk rule where given.
     bool show(ScanResult result, std::optional<std::unordered_set<UUID>> preselected = {});
 
+    /// Judges what is on show again, as after a change of the protected paths: what may not be
+    /// removed any more is refused, the rest stays as it is. False when there is nothing on show or
+    /// the driver is busy.
+    bool judgeAgain();
+
     /// The items of the review with these ids, in its order.
     [[nodiscard]] std::vector<ScanItem> items(const std::unordered_set<UUID>& ids) const;
 
@@ -74,6 +79,7 @@ class ToolDriver {
     [[nodiscard]] bool begin(ToolPhase phase);
     void present(ToolReview review, ToolPhase phase);
     [[nodiscard]] ToolReview makeReview(ScanResult result) const;
+    void judge(ToolReview& review) const;
     void remember(const ToolReview& review, const std::unordered_set<UUID>& selected,
                   const CleanupResult& result);
 

@@ -251,6 +251,20 @@ void ResultModel::show(ReviewTable table, ReviewSelection selection) {
     emit selectionChanged();
 }
 
+void ResultModel::update(ReviewTable table) {
+    ReviewSelection selection(table, selection_.ids(table_));
+    table.sort(table_.order(), table_.isDescending());
+    table.sortGroups(table_.groupOrder());
+    table.find(filter_.toStdString());
+    beginResetModel();
+    table_ = std::move(table);
+    selection_ = std::move(selection);
+    relayout();
+    endResetModel();
+    emit shownChanged();
+    emit selectionChanged();
+}
+
 void ResultModel::clear() {
     show(ReviewTable(), ReviewSelection());
 }

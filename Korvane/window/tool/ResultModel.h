@@ -70,6 +70,8 @@ class ResultModel : public QAbstractListModel {
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
     void show(ReviewTable table, ReviewSelection selection);
+    /// Shows what became of the same items; ticks, search and order stay.
+    void update(ReviewTable table);
     void clear();
     /// The ids of what is ticked, and of the items of some rows.
     [[nodiscard]] std::unordered_set<UUID> selectedIDs() const;
