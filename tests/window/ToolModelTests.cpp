@@ -187,9 +187,66 @@ class ToolModelTests : public QObject {
         QVERIFY(!world_->folder.exists("home/x/one") && !world_->folder.exists("home/x/two"));
     }
 
+    void neverLosesTheLastCopyToToolAndCollectorTogether() {
+        const std::string content(9000, 'c');
+        for (const char* name : {"home/x/one", "home/x/two", "home/x/three"}) {
+            world_->folder.makeFile(name, content);
+        }
+        ToolModel tool = make("duplicate-finder");
+        tool.setFolder(Texts::qtURL(world_->folder.at("home/x")));
+        scan(tool);
+        ResultModel& results = *tool.results();
+        CollectorModel collector(world_->staged, world_->services);
+        QSignalSpy sentences(&tool, &ToolModel::notified);
+        collector.stageSelection(&tool);
+        QCOMPARE(collector.count(), 2);
+        // Neither another keeper nor the row of the one that stays gets the third in too.
+        results.keep(rowOf(results, world_->staged.items().front().path() ==
+                                            world_->folder.at("home/x/one").path()
+                                        ? "one"
+                                        : "two"));
+        collector.stageSelection(&tool);
+        for (int row = 0; row < results.rowCount(); ++row) {
+            collector.stageRow(&tool, row);
+        }
+        QCOMPARE(collector.count(), 2);
+        QVERIFY(sentences.count() > 0);
+        // Nor does the tool remove what the Collector leaves.
+        results.selectShown();
+        QVERIFY(!tool.prepare().isEmpty());
+        tool.confirm();
+        QTRY_COMPARE(tool.phase(), ToolModel::Finished);
+        QVERIFY(!collector.prepare().isEmpty());
+        collector.confirm();
+        QTRY_COMPARE(collector.count(), 0);
+        QCOMPARE(world_->folder.listing("home/x").size(), std::size_t{1});
+    }
+
+    void keepsTicksWhenAPathIsProtected() {
+        ToolModel tool = make("cache-cleaner");
+        connect(&tool, &ToolModel::protectionChanged, &tool, &ToolModel::judgeAgain);
+        scan(tool);
+        ResultModel& results = *tool.results();
+        results.toggle(rowOf(results, "Ann")); // was ticked
+        const int before = results.selectedCount();
+        results.setFilter(QStringLiteral("caches"));
+        tool.protect(rowOf(results, "Bob"));
+        QTRY_COMPARE(results.index(rowOf(results, "Bob")).data(ResultModel::Tickable).toBool(),
+                     false);
+        QCOMPARE(results.selectedCount(), before - 1);
+        QCOMPARE(results.index(rowOf(results, "Ann")).data(ResultModel::Ticked).toInt(),
+                 int(Qt::Unchecked));
+        QCOMPARE(results.filter(), QStringLiteral("caches"));
+    }
+
+    void takesFoldersWhoseNamesAreNoText() {
+        const FileURL folder = world_->folder.makeFolder("home/odd \xFF%41\n");
+        QCOMPARE(Texts::fileURL(Texts::qtURL(folder)), folder);
+        QCOMPARE(Texts::fileURL(QUrl(QStringLiteral("file://elsewhere/x"))), FileURL());
+    }
+
     void collectsOnceAndRemovesOnlyWhatWasAskedAbout() {
-        CollectorStore store;
-        CollectorModel collector(store, world_->services);
+        CollectorModel collector(world_->staged, world_->services);
         const Tester tester(&collector, Tester::FailureReportingMode::QtTest);
         ToolModel tool = make("cache-cleaner");
         scan(tool);
@@ -235,13 +292,14 @@ class ToolModelTests : public QObject {
     struct World {
         TemporaryFolder folder;
         FakeFileManager files{folder.at("trash")};
+        CollectorStore staged;
         Services services{{folder.makeFolder("home"), folder.at("data"), folder.at("config"),
                            folder.makeFolder("tmp")},
                           files};
     };
 
     [[nodiscard]] ToolModel make(const char* id) const {
-        return ToolModel(*ToolCatalogue::tool(id), world_->services);
+        return ToolModel(*ToolCatalogue::tool(id), world_->services, world_->staged);
     }
 
     static void scan(ToolModel& tool) {

@@ -5,8 +5,6 @@
 #include "Korvane/window/support/Texts.h"
 #include "Korvane/window/tool/ToolModel.h"
 
-#include <array>
-
 namespace korvane {
 
 CollectorModel::CollectorModel(CollectorStore& store, Services& services, QObject* parent)
@@ -83,7 +81,7 @@ void CollectorModel::reload() {
 
 void CollectorModel::stageSelection(ToolModel* tool) {
     if (tool != nullptr && !isDeleting_) {
-        store_.stage(tool->selectedItems());
+        store_.stage(tool->itemsToCollect(tool->results()->selectedIDs()));
         reload();
     }
 }
@@ -91,7 +89,7 @@ void CollectorModel::stageSelection(ToolModel* tool) {
 void CollectorModel::stageRow(ToolModel* tool, int row) {
     const ScanItem* item = tool == nullptr ? nullptr : tool->results()->itemAt(row);
     if (item != nullptr && !isDeleting_) {
-        store_.stage(std::array{*item});
+        store_.stage(tool->itemsToCollect({item->id}));
         reload();
     }
 }

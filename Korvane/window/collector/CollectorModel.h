@@ -76,7 +76,6 @@ class CollectorModel : public QAbstractListModel {
     void deletingChanged();
     void progressChanged();
     void finished();
-    void notified(const QString& sentence);
 
   private:
     void reload();

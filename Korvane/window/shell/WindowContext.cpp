@@ -92,6 +92,13 @@ CatalogueModel* WindowContext::catalogue() {
 SettingsModel* WindowContext::settings() {
     if (!settings_) {
         settings_ = std::make_unique<SettingsModel>(services_);
+        // What a button will do is what it says, also where it was on show before.
+        connect(settings_.get(), &SettingsModel::deletionChanged, this, [this] {
+            collector()->refreshMode();
+            for (const auto& [id, tool] : tools_) {
+                tool->refreshMode();
+            }
+        });
     }
     return settings_.get();
 }
@@ -182,12 +189,13 @@ ToolModel* WindowContext::tool(const QString& id) {
     }
     std::unique_ptr<ToolModel>& model = tools_[key];
     if (!model) {
-        model = std::make_unique<ToolModel>(*tool, services_);
+        model = std::make_unique<ToolModel>(*tool, services_, collectorStore_);
         QQmlEngine::setObjectOwnership(model.get(), QQmlEngine::CppOwnership);
         connect(model.get(), &ToolModel::phaseChanged, this, &WindowContext::cleaningChanged);
         connect(model.get(), &ToolModel::cleaned, this, &WindowContext::recordsChanged);
         connect(model.get(), &ToolModel::protectionChanged, this,
                 &WindowContext::protectionChanged);
+        connect(this, &WindowContext::protectionChanged, model.get(), &ToolModel::judgeAgain);
         connect(model.get(), &ToolModel::notified, this, &WindowContext::notified);
         connect(model.get(), &ToolModel::scanFinished, this,
                 [title = Texts::sentence(tool->displayName), raw = model.get()] {

@@ -18,7 +18,7 @@ FocusScope {
             spacing: 0
             Label {
                 Layout.alignment: Qt.AlignHCenter
-                text: view.model.isPermanent ? qsTr("Deleting permanently…") : qsTr("Moving to the Bin…")
+                text: view.model.cleaningTitle
                 kind: "title"
                 Accessible.role: Accessible.Heading
             }

@@ -2,6 +2,7 @@
 
 #include "Korvane/cleaning/PathProtection.h"
 #include "Korvane/tools/Confirmation.h"
+#include "Korvane/tools/Preselection.h"
 #include "Korvane/tools/Services.h"
 #include "Korvane/window/support/Texts.h"
 #include "KorvaneCore/foundation/FileError.h"
@@ -12,14 +13,15 @@
 
 namespace korvane {
 
-ToolModel::ToolModel(const Tool& tool, Services& services, QObject* parent)
-    : QObject(parent), tool_(tool), services_(services), results_(services.home()),
+ToolModel::ToolModel(const Tool& tool, Services& services, const CollectorStore& staged,
+                     QObject* parent)
+    : QObject(parent), tool_(tool), services_(services), staged_(staged), results_(services.home()),
       outcome_(services.home()) {
     if (tool_.options.scopes) {
-        auto& scopes = scopes_.emplace();
         std::copy_if(allSmartScanScopes.begin(), allSmartScanScopes.end(),
-                     std::back_inserter(scopes),
+                     std::back_inserter(relevantScopes_),
                      [&](SmartScanScope scope) { return isRelevant(scope, services_.home()); });
+        scopes_ = relevantScopes_;
     }
     connect(&results_, &ResultModel::refused, this, &ToolModel::notified);
 }
@@ -68,18 +70,13 @@ bool ToolModel::canScan() const {
 
 QVariantList ToolModel::scopes() const {
     QVariantList list;
-    if (!tool_.options.scopes) {
-        return list;
-    }
-    for (const SmartScanScope scope : allSmartScanScopes) {
-        if (isRelevant(scope, services_.home())) {
-            const bool on = std::find(scopes_->begin(), scopes_->end(), scope) != scopes_->end();
-            list.append(
-                QVariantMap{{QStringLiteral("id"), Texts::sentence(rawValue(scope))},
-                            {QStringLiteral("title"), Texts::sentence(title(scope))},
-                            {QStringLiteral("explanation"), Texts::sentence(explanation(scope))},
-                            {QStringLiteral("on"), on}});
-        }
+    for (const SmartScanScope scope : relevantScopes_) {
+        const bool on = std::find(scopes_->begin(), scopes_->end(), scope) != scopes_->end();
+        list.append(
+            QVariantMap{{QStringLiteral("id"), Texts::sentence(rawValue(scope))},
+                        {QStringLiteral("title"), Texts::sentence(title(scope))},
+                        {QStringLiteral("explanation"), Texts::sentence(explanation(scope))},
+                        {QStringLiteral("on"), on}});
     }
     return list;
 }
@@ -99,6 +96,11 @@ void ToolModel::setScope(const QString& id, bool on) {
 
 bool ToolModel::isPermanent() const {
     return DeletionPreference::current(services_.defaults()) == DeletionMode::permanent;
+}
+
+QString ToolModel::cleaningTitle() const {
+    return cleaningMode_ == DeletionMode::permanent ? tr("Deleting permanently…")
+                                                    : tr("Moving to the Bin…");
 }
 
 QString ToolModel::actionTitle() const {
@@ -234,10 +236,40 @@ void ToolModel::reset() {
     setPhase(Idle);
 }
 
-QVariantMap ToolModel::ask(std::unordered_set<UUID> ids) {
+void ToolModel::leaveOneCopy(std::unordered_set<UUID>& ids) {
+    const auto shown = driver().review();
+    if (!shown) {
+        return;
+    }
+    const std::size_t before = ids.size();
+    const ScanResult* result = &shown->result;
+    keepOneCopyOfEach({&result, 1}, ids, staged_.items());
+    if (ids.size() < before) {
+        emit notified(tr("One copy of every file stays, and the Collector holds others."));
+    }
+}
+
+std::vector<ScanItem> ToolModel::itemsToCollect(std::unordered_set<UUID> ids) {
+    const auto shown = driver().review();
+    std::erase_if(ids, [&](const UUID& id) {
+        const bool mustStay = shown && shown->refused.contains(id);
+        if (mustStay) {
+            emit notified(Texts::sentence(shown->refused.at(id)));
+        }
+        return mustStay;
+    });
+    leaveOneCopy(ids);
+    return driver().items(ids);
+}
+
+QVariantMap ToolModel::ask(std::unordered_set<UUID> ids, const QString& warning) {
     pending_.reset();
+    if (phase_ == Cleaning || phase_ == Scanning) {
+        return {};
+    }
+    leaveOneCopy(ids);
     const std::vector<ScanItem> items = driver().items(ids);
-    if (items.empty() || phase_ == Cleaning || phase_ == Scanning) {
+    if (items.empty()) {
         return {};
     }
     const DeletionMode mode = DeletionPreference::current(services_.defaults());
@@ -249,12 +281,15 @@ QVariantMap ToolModel::ask(std::unordered_set<UUID> ids) {
             {QStringLiteral("consequence"), Texts::sentence(confirmation.consequence)},
             {QStringLiteral("action"), Texts::sentence(confirmation.actionTitle)},
             {QStringLiteral("permanent"), mode == DeletionMode::permanent},
-            {QStringLiteral("warning"),
-             results_.selectionWarning() == 0 ? QString() : results_.selectionDetail()}};
+            {QStringLiteral("warning"), warning}};
 }
 
 QVariantMap ToolModel::prepare() {
-    return phase_ == Results ? ask(results_.selectedIDs()) : QVariantMap();
+    if (phase_ != Results) {
+        return {};
+    }
+    return ask(results_.selectedIDs(),
+               results_.selectionWarning() == 0 ? QString() : results_.selectionDetail());
 }
 
 QVariantMap ToolModel::prepareRetry() {
@@ -262,7 +297,7 @@ QVariantMap ToolModel::prepareRetry() {
     for (const CleanupFailure& failure : outcome_.result().failed) {
         ids.insert(failure.item.id);
     }
-    return phase_ == Finished ? ask(std::move(ids)) : QVariantMap();
+    return phase_ == Finished ? ask(std::move(ids), {}) : QVariantMap();
 }
 
 void ToolModel::confirm() {
@@ -272,6 +307,7 @@ void ToolModel::confirm() {
     const Pending pending = *pending_;
     pending_.reset();
     wasStopped_ = false;
+    cleaningMode_ = pending.mode;
     report({}, 0);
     setPhase(Cleaning);
     work_.start([this, &driver = driver(), pending](const Work::Post& post) -> Work::Step {
@@ -304,8 +340,8 @@ void ToolModel::confirm() {
 
 void ToolModel::protect(int row) {
     const ScanItem* item = results_.itemAt(row);
-    if (item == nullptr) {
-        return;
+    if (item == nullptr || phase_ != Results) {
+        return; // it would end what is under way
     }
     Exclusion exclusion;
     exclusion.path = item->path();
@@ -313,8 +349,7 @@ void ToolModel::protect(int row) {
                          .arg(Texts::sentence(tool_.displayName))
                          .toStdString();
     const QString name = Texts::data(item->url.lastPathComponent());
-    work_.start([this, exclusion, name, &services = services_,
-                 &driver = driver()](const Work::Post&) -> Work::Step {
+    work_.start([this, exclusion, name, &services = services_](const Work::Post&) -> Work::Step {
         try {
             services.exclusions().add(exclusion);
         } catch (const std::exception& error) {
@@ -323,18 +358,28 @@ void ToolModel::protect(int row) {
                               Texts::sentence(text));
             };
         }
-        // What is on show learns of it: the item can no longer be ticked.
-        const auto shown = driver.review();
-        if (!shown || !driver.show(shown->result)) {
-            return {};
-        }
-        auto table = std::make_shared<ReviewTable>(driver.review(), services.home());
-        return [this, table, name] {
-            show(std::move(*table));
-            emit protectionChanged();
+        return [this, name] {
             emit notified(tr("%1 is protected. No tool removes it until you take it off the list "
                              "of protected paths.")
                               .arg(name));
+            emit protectionChanged();
+        };
+    });
+}
+
+void ToolModel::judgeAgain() {
+    if (phase_ != Results) {
+        return;
+    }
+    work_.start([this, &services = services_, &driver = driver()](const Work::Post&) -> Work::Step {
+        if (!driver.judgeAgain()) {
+            return {};
+        }
+        auto table = std::make_shared<ReviewTable>(driver.review(), services.home());
+        return [this, table] {
+            if (phase_ == Results) {
+                results_.update(std::move(*table));
+            }
         };
     });
 }

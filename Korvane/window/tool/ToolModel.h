@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Korvane/collector/CollectorStore.h"
 #include "Korvane/tools/ToolCatalogue.h"
 #include "Korvane/tools/ToolDriver.h"
 #include "Korvane/window/support/Work.h"
@@ -34,6 +35,8 @@ class ToolModel : public QObject {
     /// 0 to 1; below 0 when it cannot be told.
     Q_PROPERTY(double fraction READ fraction NOTIFY progressChanged)
     Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+    /// "Moving to the Bin…", "Deleting permanently…".
+    Q_PROPERTY(QString cleaningTitle READ cleaningTitle NOTIFY phaseChanged)
     Q_PROPERTY(QString failure READ failure NOTIFY phaseChanged)
     /// The scan was stopped: the results are what it had found by then.
     Q_PROPERTY(bool isPartial READ isPartial NOTIFY phaseChanged)
@@ -52,8 +55,10 @@ class ToolModel : public QObject {
     enum Phase { Idle, Scanning, Results, Cleaning, Finished, Failed };
     Q_ENUM(Phase)
 
-    /// `tool` and `services` must outlive the model.
-    ToolModel(const Tool& tool, Services& services, QObject* parent = nullptr);
+    /// All three must outlive the model. What is in `staged` goes sooner or later: of a group of
+    /// duplicates one copy stays that is not among it.
+    ToolModel(const Tool& tool, Services& services, const CollectorStore& staged,
+              QObject* parent = nullptr);
 
     [[nodiscard]] QString toolID() const;
     [[nodiscard]] Phase phase() const { return phase_; }
@@ -62,6 +67,7 @@ class ToolModel : public QObject {
     [[nodiscard]] QString message() const { return message_; }
     [[nodiscard]] double fraction() const { return fraction_; }
     [[nodiscard]] QString progressText() const;
+    [[nodiscard]] QString cleaningTitle() const;
     [[nodiscard]] QString failure() const { return failure_; }
     [[nodiscard]] bool isPartial() const { return isPartial_; }
     [[nodiscard]] QString needs() const;
@@ -99,7 +105,12 @@ class ToolModel : public QObject {
     Q_INVOKABLE void confirm();
 
     Q_INVOKABLE void protect(int row);
+    /// Looks anew at what may be removed of the results on show; ticks stay as far as they may.
+    void judgeAgain();
     [[nodiscard]] std::vector<ScanItem> selectedItems() const { return results_.selectedItems(); }
+    /// What of these ids the Collector may take: nothing that must stay, and never the last copy
+    /// of a file. Says so when something is left out.
+    [[nodiscard]] std::vector<ScanItem> itemsToCollect(std::unordered_set<UUID> ids);
     /// Reads the deletion mode again.
     Q_INVOKABLE void refreshMode() { emit modeChanged(); }
 
@@ -124,15 +135,18 @@ class ToolModel : public QObject {
     void setPhase(Phase phase);
     void show(ReviewTable table);
     void report(const QString& message, double fraction);
-    QVariantMap ask(std::unordered_set<UUID> ids);
+    QVariantMap ask(std::unordered_set<UUID> ids, const QString& warning);
+    void leaveOneCopy(std::unordered_set<UUID>& ids);
     [[nodiscard]] ToolDriver& driver();
 
     const Tool& tool_;
     Services& services_;
+    const CollectorStore& staged_;
     std::optional<ToolDriver> driver_;
     ResultModel results_;
     OutcomeModel outcome_;
     ScanRequest request_;
+    std::vector<SmartScanScope> relevantScopes_; ///< in their order; empty for other tools
     std::optional<std::vector<SmartScanScope>> scopes_;
     Phase phase_ = Idle;
     QString message_;
@@ -143,6 +157,7 @@ class ToolModel : public QObject {
     double scanSeconds_ = 0;
     QElapsedTimer clock_;
     std::optional<Pending> pending_;
+    DeletionMode cleaningMode_ = DeletionMode::trash;
     Work work_; ///< last: ends before what it works with goes
 };
 
