@@ -18,8 +18,8 @@ bool isRefused(const FileURL& item) {
 
 } // namespace
 
-std::string ItemPlace::path() const {
-    return parentPath == "/" ? "/" + name : parentPath + "/" + name;
+std::string pathInFolder(const std::string& folder, const std::string& name) {
+    return folder == "/" ? "/" + name : folder + "/" + name;
 }
 
 ItemPlace openItemPlace(const FileURL& item, ItemAction action) {

@@ -8,6 +8,8 @@
 
 namespace korvane {
 
+[[nodiscard]] std::string pathInFolder(const std::string& folder, const std::string& name);
+
 /// Where an item is, held fast: its parent folder, open, and its name in there. Whatever is swapped
 /// on the path afterwards, what is done by this name is done in that folder.
 struct ItemPlace {
@@ -15,7 +17,7 @@ struct ItemPlace {
     std::string parentPath; ///< without links
     std::string name;
 
-    [[nodiscard]] std::string path() const;
+    [[nodiscard]] std::string path() const { return pathInFolder(parentPath, name); }
 };
 
 /// Opens the item's parent, on whose path no link may lie (ELOOP): whoever judged the path resolved

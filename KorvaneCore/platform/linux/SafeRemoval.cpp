@@ -158,19 +158,19 @@ class TreeRemoval {
 
 } // namespace
 
-void removeItem(const ItemPlace& place, MountTable& mounts) {
-    struct stat facts {};
-    if (fstatat(place.parent.get(), place.name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
-        const int error = errno;
-        throw itemError(ItemAction::remove, error, place.path());
+void removeItem(int parent, const std::string& parentPath, const std::string& name,
+                MountTable& mounts) {
+    mounts.refuseMountsWithin(pathInFolder(parentPath, name), ItemAction::remove);
+    // What is no folder needs this one call, and of a folder that may not go, nothing inside goes
+    // either.
+    if (unlinkat(parent, name.c_str(), 0) == 0) {
+        return;
     }
-    mounts.refuseMountsWithin(place.path(), ItemAction::remove);
-    if (S_ISDIR(facts.st_mode)) {
-        TreeRemoval(place.parent.get(), place.parentPath).remove(place.name);
-    } else if (unlinkat(place.parent.get(), place.name.c_str(), 0) != 0) {
-        const int error = errno;
-        throw itemError(ItemAction::remove, error, place.path());
+    const int error = errno;
+    if (error != EISDIR) {
+        throw itemError(ItemAction::remove, error, pathInFolder(parentPath, name));
     }
+    removeTree(parent, name, parentPath);
 }
 
 void removeTree(int parent, const std::string& name, const std::string& parentPath) {
