@@ -12,6 +12,7 @@
 #include "KorvaneCore/scanners/TrashScanner.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include <unistd.h>
 
@@ -72,20 +73,25 @@ bool TrashEmptier::emptyThroughFinder() const {
 }
 
 std::vector<TrashEmptier::Leftover> TrashEmptier::emptyEntryByEntry(const Survey& survey) {
+    std::mutex lock;
     std::vector<Leftover> leftovers;
-    for (const std::string& name : survey.removable) {
-        if (Task::isCancelled()) {
-            break;
-        }
+    const auto remove = [&](const std::string& name) {
         try {
             survey.folder->remove(name);
         } catch (const FileError& error) {
             // What somebody else emptied meanwhile is gone, which is all that was wanted.
             if (error.posixError() != ENOENT) {
+                const std::lock_guard guard(lock);
                 leftovers.push_back({survey.url.appending(name), error.reason()});
             }
         }
-    }
+    };
+    // The disk is what most of the time goes to: it is asked by several threads.
+    concurrentPerform(survey.removable.size(), [&](std::size_t index) {
+        if (!Task::isCancelled()) {
+            remove(survey.removable[index]);
+        }
+    });
     survey.folder->dropOrphanedNotes();
     std::sort(leftovers.begin(), leftovers.end(),
               [](const Leftover& a, const Leftover& b) { return a.url.path() < b.url.path(); });

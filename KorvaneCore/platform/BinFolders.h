@@ -22,8 +22,7 @@ namespace korvane {
 /// Whether a folder is laid out as a Bin, of whomever and wherever: nothing in it is looked for.
 [[nodiscard]] bool looksLikeBin(const FileURL& folder);
 
-/// A Bin folder held open, so that everything is done in that very folder. Not shared between
-/// threads.
+/// A Bin folder held open, so that everything is done in that very folder.
 class OpenBinFolder {
   public:
     virtual ~OpenBinFolder() = default;
@@ -36,7 +35,7 @@ class OpenBinFolder {
     [[nodiscard]] virtual std::optional<std::vector<std::string>> names() const = 0;
 
     /// Removes one thing for good, a whole tree too, and then the Bin's note about it; the note of
-    /// what did not go is kept. Throws FileError.
+    /// what did not go is kept. Throws FileError. Several threads may remove different things.
     virtual void remove(const std::string& name) = 0;
 
     /// Drops the notes about things that are not there any more, however they went; those of the

@@ -23,4 +23,14 @@ run_bin() {
          "\(.[2].median * $factor * 10 | round / 10) s, " +
          "\(.[2].median * $factor / .[0].median | round)x"' "$work/binning.json"
     rm -rf -- "$folder" "$bin"
+
+    count=$((100000 / scale))
+    step "emptying a Bin of $count files"
+    files="rm -rf $bin && mkdir -p $bin/share/Trash/info &&
+           korvane-test-data files $bin/share/Trash/files $count && sync"
+    measure emptying --prepare "bash -c '$files'" \
+        -n 'rm -rf' "rm -rf $bin/share/Trash" \
+        -n 'korvane bin empty' "korvane bin empty --yes"
+    table emptying
+    rm -rf -- "$bin"
 }

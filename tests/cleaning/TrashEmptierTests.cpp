@@ -1,9 +1,12 @@
 #include "KorvaneCore/cleaning/ExclusionStore.h"
 #include "KorvaneCore/cleaning/TrashEmptier.h"
+#include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/platform/BinFolders.h"
 #include "KorvaneCore/scanners/TrashScanner.h"
 #include "tests/support/FakeProcessLauncher.h"
 #include "tests/support/TemporaryFolder.h"
+
+#include <thread>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -144,6 +147,25 @@ TEST_F(TrashEmptierTest, listsAFewLeftoversAndSumsUpMany) {
     EXPECT_THAT(outcome.failures[0].error,
                 HasSubstr("and macOS refused 6 items. Emptying it from"));
     release(6);
+}
+
+TEST_F(TrashEmptierTest, countsWhatIsLeftWhenItIsStopped) {
+    for (int i = 0; i < 3000; ++i) {
+        trash("n" + std::to_string(i), 5000);
+    }
+    const auto left = [&](const char* folder) { return home.listing(folder).size(); };
+    const ScanItem before = bin();
+    TrashEmptier::Outcome outcome;
+    Task task([&] { outcome = empty({before}); });
+    while (left("data/Trash/files") == 3000 && !task.isFinished()) {
+        std::this_thread::yield();
+    }
+    task.cancel();
+    task.wait();
+    ASSERT_EQ(outcome.emptied.size(), 1U);
+    EXPECT_EQ(outcome.emptied[0].sizeBytes, before.sizeBytes - bin().sizeBytes);
+    EXPECT_EQ(left("data/Trash/files"), left("data/Trash/info"));
+    EXPECT_THAT(outcome.failures, IsEmpty());
 }
 
 TEST_F(TrashEmptierTest, asksFinderOnlyForTheUsersOwnBinAndOnlyWhenNothingIsProtected) {
