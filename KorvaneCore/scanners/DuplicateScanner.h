@@ -12,8 +12,9 @@ namespace korvane {
 /// and by nothing else. Every member of a group is an item; its category is the group's digest in
 /// lower-case hexadecimal. Within a group the newest comes first, undated ones last, equal dates in
 /// the order of the walk; groups come in the order in which their first members were met. Files
-/// that are not the same from the walk to their last byte are left out. Works on the calling thread
-/// alone. Cancelled, it returns the groups among the files it had hashed.
+/// that are not the same from the walk to their last byte are left out. Walks and hashes on the
+/// calling thread, one file at a time, while a second one reads the files that come next.
+/// Cancelled, it returns the groups among the files it had hashed.
 class DuplicateScanner final : public NamedScanner {
   public:
     /// `minimumBytes`: smaller files are ignored.

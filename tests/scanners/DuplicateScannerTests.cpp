@@ -1,11 +1,15 @@
+#include "KorvaneCore/foundation/Hashing.h"
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/scanners/DuplicateScanner.h"
 #include "tests/scan/WalkTestSupport.h"
 #include "tests/support/Sandbox.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <functional>
+#include <random>
 #include <set>
+#include <span>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -87,6 +91,30 @@ TEST(DuplicateScanner, comparesAllBytesAndNothingElse) {
     EXPECT_THAT(scanned(folder), ElementsAre("4/1", "1"));
     EXPECT_EQ(scanned(folder, 4095).size(), 5U);
     EXPECT_EQ(scanned(folder, 0).size(), 8U);
+}
+
+TEST(DuplicateScanner, readsEveryByteWhereverABlockEnds) {
+    const TemporaryFolder folder;
+    std::mt19937 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same files every time
+    std::set<std::string> digests;
+    const std::vector<std::size_t> sizes{1,         4095,      65'535,    65'536,   65'537,
+                                         1'048'575, 1'048'576, 1'048'577, 3'145'733};
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        std::string content(sizes[i], ' ');
+        std::generate(content.begin(), content.end(),
+                      [&] { return static_cast<char>(random() & 0xFFU); });
+        folder.makeFile("a/" + std::to_string(i), content);
+        folder.makeFile("b/" + std::to_string(sizes.size() - i), content);
+        SHA256 sha256;
+        sha256.update(std::as_bytes(std::span(content)));
+        digests.insert(hexText(sha256.finish()));
+    }
+    std::multiset<std::string> found;
+    for (const ScanItem& item : DuplicateScanner(folder.url(), 1).scan().items) {
+        found.insert(item.category);
+    }
+    EXPECT_EQ(found.size(), 2 * sizes.size());
+    EXPECT_EQ(std::set<std::string>(found.begin(), found.end()), digests);
 }
 
 TEST(DuplicateScanner, passesOverWhatIsNotTheUsersOwnFile) {
@@ -238,13 +266,19 @@ TEST(DuplicateScanner, leavesOutWhatChangesAfterItWasOpened) {
     for (int i = 100; i < 160; ++i) {
         folder.makeFile(std::to_string(i), letters);
     }
-    // Files are opened a little before their turn.
+    // More than is read before somebody takes it: those after it are open, and this one is not read
+    // to its end.
+    const std::string large(16'777'216, 'x');
+    folder.makeFile("151", large);
+    folder.makeFile("200", large);
+    folder.makeFile("201", large);
     const ScanResult result = scannedWhile(folder, "150", [&] {
+        folder.setModified("151", 1'700'000'000);
         folder.makeFile("152", letters + "more");
         folder.makeFile("153", letters.substr(1));
         folder.setModified("154", 1'700'000'000);
     });
-    EXPECT_EQ(result.items.size(), 57U);
+    EXPECT_EQ(result.items.size(), 58U);
 }
 
 TEST(DuplicateScanner, returnsWhatItHadHashedWhenCancelled) {
