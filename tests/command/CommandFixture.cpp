@@ -1,5 +1,7 @@
 #include "tests/command/CommandFixture.h"
 
+#include <cstdlib>
+
 namespace korvane::testing {
 
 CommandTest::CommandTest() : home(folder.makeFolder("home")) {
@@ -11,6 +13,10 @@ CommandTest::Run CommandTest::korvane(std::vector<std::string> arguments) const 
     request.executable = "/usr/bin/env";
     request.arguments = {"-i", "PATH=/usr/bin:/bin", "HOME=" + home.path(),
                          "TMPDIR=" + folder.at("tmp").path(), "K=" KORVANE_COMMAND};
+    // What a sanitizer was told holds for the command as for the test.
+    if (const char* options = std::getenv("TSAN_OPTIONS"); options != nullptr) {
+        request.arguments.push_back(std::string("TSAN_OPTIONS=") + options);
+    }
     if (arguments.empty() || arguments.front() != "/bin/sh") {
         request.arguments.emplace_back(KORVANE_COMMAND);
     }
