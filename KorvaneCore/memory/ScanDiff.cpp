@@ -10,31 +10,33 @@ std::optional<ScanDiff> ScanDiff::make(const ScanResult& previous, const ScanRes
     if (previous.scannerID != current.scannerID) {
         return std::nullopt;
     }
-    std::unordered_map<std::string, std::int64_t> previousSizes;
-    previousSizes.reserve(previous.items.size());
+    struct Before {
+        std::int64_t size = 0;
+        bool isThere = false; ///< still
+    };
+    std::unordered_map<std::string, Before> before;
+    before.reserve(previous.items.size());
     for (const ScanItem& item : previous.items) {
-        previousSizes.insert_or_assign(itemKey(item), item.sizeBytes);
+        before.insert_or_assign(itemKey(item), Before{item.sizeBytes});
     }
     ScanDiff diff{.previousScanDate = previous.finishedAt};
-    std::unordered_set<std::string> currentKeys;
-    currentKeys.reserve(current.items.size());
     for (const ScanItem& item : current.items) {
-        const std::string key = itemKey(item);
-        currentKeys.insert(key);
-        const auto before = previousSizes.find(key);
-        if (before == previousSizes.end()) {
-            diff.newPaths.insert(key);
+        std::string key = itemKey(item);
+        const auto known = before.find(key);
+        if (known == before.end()) {
+            diff.newPaths.insert(std::move(key));
             continue;
         }
-        const std::int64_t grown = checkedSubtract(item.sizeBytes, before->second);
+        known->second.isThere = true;
+        const std::int64_t grown = checkedSubtract(item.sizeBytes, known->second.size);
         if (grown >= 1) {
-            diff.growth.insert_or_assign(key, grown);
+            diff.growth.insert_or_assign(std::move(key), grown);
         }
     }
-    for (const auto& [key, size] : previousSizes) {
-        if (!currentKeys.contains(key)) {
+    for (const auto& [key, one] : before) {
+        if (!one.isThere) {
             ++diff.vanishedCount;
-            diff.vanishedBytes = checkedAdd(diff.vanishedBytes, size);
+            diff.vanishedBytes = checkedAdd(diff.vanishedBytes, one.size);
         }
     }
     return diff;
