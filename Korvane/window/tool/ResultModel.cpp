@@ -3,29 +3,11 @@
 #include "Korvane/tools/Preselection.h"
 #include "Korvane/window/support/Texts.h"
 #include "KorvaneCore/foundation/CheckedArithmetic.h"
-#include "KorvaneCore/scan/PathHeuristicRows.h"
-#include "KorvaneCore/scan/PathHeuristics.h"
 
 #include <algorithm>
 #include <iterator>
 
 namespace korvane {
-
-namespace {
-
-const PathHeuristic* rowOf(const ScanItem& item) {
-    return PathHeuristics::heuristic(item.heuristicID);
-}
-
-bool isSimilarImage(const ScanItem& item) {
-    return item.heuristicID == PathHeuristics::similarImagesNearDuplicate.id;
-}
-
-QString iconOf(const ScanItem& item) {
-    return item.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
-}
-
-} // namespace
 
 ResultModel::ResultModel(FileURL home, QObject* parent)
     : QAbstractListModel(parent), home_(std::move(home)) {}
@@ -61,70 +43,6 @@ const ScanItem* ResultModel::itemAt(int row) const {
     return &table_.items()[itemIndex(rows_[static_cast<std::size_t>(row)])];
 }
 
-QString ResultModel::groupTitle(const ReviewTable::Group& group) const {
-    const ScanItem& first = table_.items()[group.items.front()];
-    if (isDuplicate(first)) {
-        // The category is a digest, which tells a person nothing.
-        return Texts::data(first.url.lastPathComponent());
-    }
-    return isSimilarImage(first) ? tr("Looks like %1").arg(Texts::data(group.category))
-                                 : Texts::data(group.category);
-}
-
-QString ResultModel::groupReason(const ReviewTable::Group& group) const {
-    const ScanItem& first = table_.items()[group.items.front()];
-    if (isDuplicate(first)) {
-        return tr("%n copies of the same content, %1 each", nullptr,
-                  static_cast<int>(group.items.size()))
-            .arg(Texts::bytes(first.sizeBytes));
-    }
-    // One sentence for the group where all its items have the same; else each has its own.
-    const QString reason = this->reason(group.items.front());
-    const bool isCommon =
-        std::all_of(group.items.begin(), group.items.end(), [&](std::size_t item) {
-            return table_.items()[item].heuristicID == first.heuristicID;
-        });
-    return isCommon ? reason : tr("Each with its own reason; open the details of an item.");
-}
-
-QString ResultModel::reason(std::size_t item) const {
-    const ScanItem& shown = table_.items()[item];
-    if (const PathHeuristic* row = rowOf(shown)) {
-        return Texts::sentence(row->whySafe);
-    }
-    const auto own = table_.review().ownReasons.find(shown.heuristicID);
-    return own == table_.review().ownReasons.end() ? QString() : Texts::data(own->second);
-}
-
-QString ResultModel::mark(std::size_t item) const {
-    const ScanItem& shown = table_.items()[item];
-    const ToolReview& review = table_.review();
-    if (review.refused.contains(shown.id)) {
-        return tr("Protected");
-    }
-    if (selection_.isKeeper(table_, item)) {
-        return tr("Stays");
-    }
-    if (review.diff) {
-        const ScanDiff::Change change = review.diff->change(shown);
-        if (change.change == ScanDiff::Change::Case::added) {
-            return tr("New");
-        }
-        if (change.change == ScanDiff::Change::Case::grown) {
-            return tr("+%1").arg(Texts::bytes(change.growth));
-        }
-    }
-    const auto skipped = review.skippedBefore.find(shown.id);
-    return skipped == review.skippedBefore.end() ? QString() : tr("Kept before");
-}
-
-QString ResultModel::picture(const ScanItem& item) const {
-    return isSimilarImage(item)
-               ? QStringLiteral("image://thumbnail/") +
-                     QUrl::toPercentEncoding(Texts::sentence(item.url.absoluteString()))
-               : QString();
-}
-
 Qt::CheckState ResultModel::groupState(const ReviewTable::Group& group) const {
     std::size_t ticked = 0;
     std::size_t offered = 0;
@@ -144,16 +62,15 @@ Qt::CheckState ResultModel::groupState(const ReviewTable::Group& group) const {
 QVariant ResultModel::valueOfGroup(const Row& row, int role) const {
     const ReviewTable::Group& group = table_.groups()[row.group];
     const ScanItem& first = table_.items()[group.items.front()];
-    const auto title = [&] { return groupTitle(group); };
     switch (role) {
     case IsGroup:
         return true;
     case Qt::DisplayRole:
     case Title:
-        return title();
+        return texts().groupTitle(group);
     case Subtitle:
     case Reason:
-        return groupReason(group);
+        return texts().groupReason(group);
     case SizeText:
         return Texts::bytes(group.reclaimable);
     case Risk:
@@ -171,17 +88,12 @@ QVariant ResultModel::valueOfGroup(const Row& row, int role) const {
                                        : QStringLiteral("folder");
     case Count:
         return Texts::count(static_cast<std::int64_t>(group.items.size()));
-    case Picture: {
-        if (!isSimilarImage(first)) {
-            return QString();
-        }
-        ScanItem kept = first;
-        kept.url = FileURL(expandingTilde(group.category, home_));
-        return picture(kept);
-    }
+    case Picture:
+        return texts().pictureKept(group);
     case Spoken:
         return tr("%1, %2 items, %3")
-            .arg(title(), Texts::count(static_cast<std::int64_t>(group.items.size())),
+            .arg(texts().groupTitle(group),
+                 Texts::count(static_cast<std::int64_t>(group.items.size())),
                  Texts::bytes(group.reclaimable));
     case DateText:
     case Mark:
@@ -212,23 +124,20 @@ QVariant ResultModel::valueOfItem(const Row& row, int role) const {
         return date();
     case Risk:
         return static_cast<int>(table_.risk(item));
-    case Reason: {
-        const auto refused = table_.review().refused.find(shown.id);
-        return refused == table_.review().refused.end() ? reason(item)
-                                                        : Texts::sentence(refused->second);
-    }
+    case Reason:
+        return texts().reasonOrRefusal(item);
     case Ticked:
         return selection_.isTicked(item) ? Qt::Checked : Qt::Unchecked;
     case Tickable:
         return selection_.isOffered(item);
     case IconName:
-        return iconOf(shown);
+        return shown.isDirectory ? QStringLiteral("folder") : QStringLiteral("file");
     case Count:
         return QString();
     case Mark:
-        return mark(item);
+        return texts().mark(item);
     case Picture:
-        return picture(shown);
+        return texts().picture(shown);
     case Spoken:
         return tr("%1, %2, %3, %4 risk")
             .arg(Texts::data(shown.url.lastPathComponent()), Texts::bytes(shown.sizeBytes), date(),
@@ -458,61 +367,6 @@ QString ResultModel::countText() const {
     return tr("in %1 of %2 items").arg(Texts::count(foundCount()), Texts::count(totalCount()));
 }
 
-QString ResultModel::changeText() const {
-    const std::optional<ScanDiff>& diff = table_.review().diff;
-    if (!diff) {
-        return {};
-    }
-    std::int64_t grown = 0;
-    for (const auto& [path, bytes] : diff->growth) {
-        grown = checkedAdd(grown, bytes);
-    }
-    QStringList parts;
-    if (!diff->newPaths.empty()) {
-        parts << tr("%1 new").arg(Texts::count(static_cast<std::int64_t>(diff->newPaths.size())));
-    }
-    if (grown > 0) {
-        parts << tr("grown by %1").arg(Texts::bytes(grown));
-    }
-    if (diff->vanishedCount > 0) {
-        parts << tr("%1 gone").arg(Texts::count(diff->vanishedCount));
-    }
-    const QString since = Texts::dayAndTime(diff->previousScanDate);
-    return parts.isEmpty() ? tr("Nothing has changed since %1").arg(since)
-                           : tr("Since %1: %2").arg(since, parts.join(QStringLiteral(", ")));
-}
-
-QVariantList ResultModel::breakdown() const {
-    std::int64_t total = 0;
-    std::vector<const ReviewTable::Group*> groups;
-    for (const ReviewTable::Group& group : table_.groups()) {
-        total = checkedAdd(total, group.reclaimable);
-        groups.push_back(&group);
-    }
-    std::stable_sort(groups.begin(), groups.end(),
-                     [](const auto* a, const auto* b) { return a->reclaimable > b->reclaimable; });
-    QVariantList parts;
-    const auto add = [&](const QString& title, std::int64_t bytes) {
-        parts.append(QVariantMap{
-            {QStringLiteral("title"), title},
-            {QStringLiteral("text"), Texts::bytes(bytes)},
-            {QStringLiteral("share"), static_cast<double>(bytes) / static_cast<double>(total)}});
-    };
-    constexpr std::size_t named = 4;
-    std::int64_t rest = 0;
-    for (std::size_t i = 0; total > 0 && i < groups.size(); ++i) {
-        if (i < named || groups.size() == named + 1) {
-            add(groupTitle(*groups[i]), groups[i]->reclaimable);
-        } else {
-            rest = checkedAdd(rest, groups[i]->reclaimable);
-        }
-    }
-    if (rest > 0) {
-        add(tr("Other"), rest);
-    }
-    return parts;
-}
-
 ResultModel::Order ResultModel::order() const {
     return static_cast<Order>(table_.order());
 }
@@ -552,53 +406,30 @@ QString ResultModel::selectionDetail() const {
                                    : tr("%1 items, none of them of high risk").arg(all);
 }
 
+QString ResultModel::changeText() const {
+    return texts().changes();
+}
+
+QVariantList ResultModel::breakdown() const {
+    return texts().breakdown();
+}
+
+QVariantMap ResultModel::details(int row) const {
+    if (row < 0 || row >= rowCount() || isGroup(row)) {
+        return {};
+    }
+    const Row& where = rows_[static_cast<std::size_t>(row)];
+    QVariantMap values = texts().details(table_.groups()[where.group], itemIndex(where));
+    values.insert(QStringLiteral("row"), row);
+    return values;
+}
+
 bool ResultModel::holdsDuplicates() const {
     return !table_.items().empty() && isDuplicate(table_.items().front());
 }
 
 bool ResultModel::holdsPictures() const {
     return !table_.items().empty() && isSimilarImage(table_.items().front());
-}
-
-QVariantMap ResultModel::details(int row) const {
-    const ScanItem* item = itemAt(row);
-    if (item == nullptr) {
-        return {};
-    }
-    const std::size_t number = itemIndex(rows_[static_cast<std::size_t>(row)]);
-    const PathHeuristic* rule = rowOf(*item);
-    const auto refused = table_.review().refused.find(item->id);
-    const auto skipped = table_.review().skippedBefore.find(item->id);
-    QVariantMap values{
-        {QStringLiteral("row"), row},
-        {QStringLiteral("title"), Texts::data(item->url.lastPathComponent())},
-        {QStringLiteral("path"), Texts::path(item->path(), home_)},
-        {QStringLiteral("copyPath"), Texts::sentence(item->path())},
-        {QStringLiteral("url"), Texts::sentence(item->url.absoluteString())},
-        {QStringLiteral("sizeText"), Texts::bytes(item->sizeBytes)},
-        {QStringLiteral("dateText"),
-         item->lastModified ? tr("changed %1").arg(Texts::dayAndTime(*item->lastModified))
-                            : QString()},
-        {QStringLiteral("risk"), static_cast<int>(table_.risk(number))},
-        {QStringLiteral("riskExplanation"), Texts::sentence(explanation(table_.risk(number)))},
-        {QStringLiteral("reason"), reason(number)},
-        {QStringLiteral("rule"), rule == nullptr ? QString() : Texts::sentence(rule->displayName)},
-        {QStringLiteral("refusal"),
-         refused == table_.review().refused.end() ? QString() : Texts::sentence(refused->second)},
-        {QStringLiteral("keptText"),
-         skipped == table_.review().skippedBefore.end()
-             ? QString()
-             : tr("You kept it on %1.").arg(Texts::day(skipped->second))},
-        {QStringLiteral("picture"), picture(*item)},
-        {QStringLiteral("pictureKept"),
-         isSimilarImage(*item)
-             ? valueOfGroup({rows_[static_cast<std::size_t>(row)].group, -1}, Picture)
-             : QVariant(QString())},
-        {QStringLiteral("keptPath"),
-         isSimilarImage(*item) ? Texts::data(item->category) : QString()},
-        {QStringLiteral("isDuplicate"), isDuplicate(*item)},
-    };
-    return values;
 }
 
 } // namespace korvane

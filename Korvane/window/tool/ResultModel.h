@@ -2,6 +2,7 @@
 
 #include "Korvane/tools/ReviewSelection.h"
 #include "Korvane/tools/ReviewTable.h"
+#include "Korvane/window/tool/ResultTexts.h"
 
 #include <QAbstractListModel>
 #include <QString>
@@ -130,16 +131,12 @@ class ResultModel : public QAbstractListModel {
 
     void relayout();
     void tellSelection(int first, int last);
+    [[nodiscard]] ResultTexts texts() const { return {table_, selection_, home_}; }
     [[nodiscard]] std::size_t itemIndex(const Row& row) const;
     [[nodiscard]] std::size_t hiddenCount() const;
     [[nodiscard]] QVariant valueOfGroup(const Row& row, int role) const;
     [[nodiscard]] QVariant valueOfItem(const Row& row, int role) const;
-    [[nodiscard]] QString groupTitle(const ReviewTable::Group& group) const;
-    [[nodiscard]] QString groupReason(const ReviewTable::Group& group) const;
-    [[nodiscard]] QString reason(std::size_t item) const;
-    [[nodiscard]] QString mark(std::size_t item) const;
     [[nodiscard]] Qt::CheckState groupState(const ReviewTable::Group& group) const;
-    [[nodiscard]] QString picture(const ScanItem& item) const;
 
     FileURL home_;
     ReviewTable table_;
