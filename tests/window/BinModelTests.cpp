@@ -1,4 +1,5 @@
 #include "Korvane/window/bin/BinModel.h"
+#include "Korvane/window/tool/ToolModel.h"
 #include "Korvane/window/uninstaller/ApplicationsModel.h"
 #include "tests/support/FakeSoftwareInventory.h"
 #include "tests/support/TemporaryFolder.h"
@@ -148,12 +149,17 @@ class BinModelTests : public QObject {
         QTRY_VERIFY(!model.isLoading());
         QVERIFY(!model.isComplete());
         QCOMPARE(model.rowCount(), 2); // the copy at the same place is the same to the tool
-        QCOMPARE(model.subject(0), QStringLiteral("org.example.inkwell"));
-        QCOMPARE(model.subject(1), QString::fromStdString(apps.path() + "/zebra.app"));
+        const CollectorStore staged;
+        ToolModel tool(*ToolCatalogue::tool("uninstaller"), *services_, staged);
+        QVERIFY(model.choose(0, &tool));
+        QCOMPARE(tool.subject(), QStringLiteral("Inkwell"));
+        QVERIFY(model.choose(1, &tool));
+        QCOMPARE(tool.subject(), QStringLiteral("zebra, ~/Applications/zebra.app"));
+        QVERIFY(tool.canScan());
         QCOMPARE(model.data(model.index(0), ApplicationsModel::Note).toString(),
                  QStringLiteral("Data only"));
         QCOMPARE(model.data(model.index(1), ApplicationsModel::Note).toString(), QString());
-        QCOMPARE(model.subject(2), QString());
+        QVERIFY(!model.choose(2, &tool));
         model.setFilter(QStringLiteral("EXAMPLE.Z"));
         QCOMPARE(model.rowCount(), 1);
         QCOMPARE(model.data(model.index(0), ApplicationsModel::Place).toString(),

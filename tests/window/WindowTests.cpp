@@ -219,6 +219,24 @@ class WindowTests : public QObject {
         QVERIFY(gone > 0);
     }
 
+    void scansTheApplicationThatIsChosen() {
+        folder_.makeFile("home/.local/share/applications/org.example.draw.desktop",
+                         "[Desktop Entry]\nType=Application\nName=Draw\nExec=/usr/bin/true\n");
+        folder_.makeFile("home/.config/org.example.draw/settings", std::string(9000, 'x'));
+        open("uninstaller");
+        QTRY_VERIFY(item("applicationList") != nullptr);
+        QTRY_VERIFY(!application_.context().applications()->isLoading());
+        press(Qt::Key_F, Qt::ControlModifier);
+        for (const char letter : std::string("example.draw")) {
+            QTest::keyClick(window_, letter);
+        }
+        QTRY_COMPARE(application_.context().applications()->rowCount(), 1);
+        press(Qt::Key_Return);
+        const ToolModel* tool = application_.context().tool(QStringLiteral("uninstaller"));
+        QTRY_COMPARE_WITH_TIMEOUT(tool->phase(), ToolModel::Results, patience);
+        QVERIFY(tool->subject().startsWith(QStringLiteral("Draw, ")));
+    }
+
     void reachesEveryPartByTab() {
         std::set<QQuickItem*> seen;
         for (int turn = 0; turn < 40; ++turn) {

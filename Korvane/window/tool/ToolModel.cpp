@@ -53,7 +53,7 @@ QString ToolModel::subject() const {
                    ? QString()
                    : Texts::path(request_.folder.path(), services_.home());
     case Tool::Needs::app:
-        return Texts::path(request_.app, services_.home());
+        return applicationTitle_;
     case Tool::Needs::nothing:
         break;
     }
@@ -129,8 +129,9 @@ void ToolModel::useHomeFolder() {
     emit subjectChanged();
 }
 
-void ToolModel::setApplication(const QString& application) {
-    request_.app = application.toStdString();
+void ToolModel::setApplication(std::string application, const QString& title) {
+    request_.app = std::move(application);
+    applicationTitle_ = title;
     emit subjectChanged();
 }
 

@@ -84,8 +84,8 @@ class ToolModel : public QObject {
 
     Q_INVOKABLE void setFolder(const QUrl& folder);
     Q_INVOKABLE void useHomeFolder();
-    /// The path or name of an installed application.
-    Q_INVOKABLE void setApplication(const QString& application);
+    /// An installed application by its path, identifier or name, and what people call it.
+    void setApplication(std::string application, const QString& title);
     Q_INVOKABLE void setScope(const QString& id, bool on);
 
     Q_INVOKABLE void scan();
@@ -146,6 +146,7 @@ class ToolModel : public QObject {
     ResultModel results_;
     OutcomeModel outcome_;
     ScanRequest request_;
+    QString applicationTitle_;
     std::vector<SmartScanScope> relevantScopes_; ///< in their order; empty for other tools
     std::optional<std::vector<SmartScanScope>> scopes_;
     Phase phase_ = Idle;

@@ -1,6 +1,7 @@
 #include "Korvane/window/uninstaller/ApplicationsModel.h"
 
 #include "Korvane/window/support/Texts.h"
+#include "Korvane/window/tool/ToolModel.h"
 #include "KorvaneCore/foundation/ComparisonKeys.h"
 #include "KorvaneCore/foundation/Text.h"
 #include "KorvaneCore/scanners/ApplicationData.h"
@@ -36,8 +37,6 @@ QVariant ApplicationsModel::data(const QModelIndex& index, int role) const {
         return one.place;
     case Note:
         return one.isRemovable ? QString() : tr("Data only");
-    case Subject:
-        return one.subject;
     case Spoken:
         return tr("%1, %2, %3").arg(one.name, one.identifier, one.place);
     default:
@@ -46,8 +45,11 @@ QVariant ApplicationsModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ApplicationsModel::roleNames() const {
-    return {{Name, "name"}, {Identifier, "identifier"}, {Place, "place"},
-            {Note, "note"}, {Subject, "subject"},       {Spoken, "spoken"}};
+    return {{Name, "name"},
+            {Identifier, "identifier"},
+            {Place, "place"},
+            {Note, "note"},
+            {Spoken, "spoken"}};
 }
 
 QString ApplicationsModel::countText() const {
@@ -57,10 +59,14 @@ QString ApplicationsModel::countText() const {
                              : tr("%1 of %2 applications").arg(shown, Texts::count(all));
 }
 
-QString ApplicationsModel::subject(int row) const {
-    return row < 0 || row >= rowCount()
-               ? QString()
-               : applications_[rows_[static_cast<std::size_t>(row)]].subject;
+bool ApplicationsModel::choose(int row, ToolModel* tool) const {
+    if (row < 0 || row >= rowCount() || tool == nullptr) {
+        return false;
+    }
+    const Application& one = applications_[rows_[static_cast<std::size_t>(row)]];
+    tool->setApplication(one.subject,
+                         one.place.isEmpty() ? one.name : tr("%1, %2").arg(one.name, one.place));
+    return true;
 }
 
 void ApplicationsModel::setFilter(const QString& filter) {
@@ -107,14 +113,13 @@ ApplicationsModel::Listing ApplicationsModel::read(const SoftwareInventory& inve
             continue;
         }
         const std::string& title = one.name.empty() ? one.identifier : one.name;
-        listing.applications.push_back(
-            {.name = Texts::data(title),
-             .identifier = Texts::data(one.identifier),
-             .place = Texts::path(one.location.path(), home),
-             .subject = Texts::sentence(hasPlace                 ? one.location.path()
-                                        : one.identifier.empty() ? one.name
-                                                                 : one.identifier),
-             .isRemovable = applicationItem(one, home, "").has_value()});
+        listing.applications.push_back({.name = Texts::data(title),
+                                        .identifier = Texts::data(one.identifier),
+                                        .place = Texts::path(one.location.path(), home),
+                                        .subject = hasPlace                 ? one.location.path()
+                                                   : one.identifier.empty() ? one.name
+                                                                            : one.identifier,
+                                        .isRemovable = applicationItem(one, home, "").has_value()});
     }
     std::stable_sort(listing.applications.begin(), listing.applications.end(),
                      [](const Application& a, const Application& b) {

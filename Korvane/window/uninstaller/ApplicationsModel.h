@@ -7,11 +7,14 @@
 #include <QAbstractListModel>
 #include <QString>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include <QtQml/qqmlregistration.h>
 
 namespace korvane {
+
+class ToolModel;
 
 /// The installed applications, by name, to choose one of.
 class ApplicationsModel : public QAbstractListModel {
@@ -29,8 +32,7 @@ class ApplicationsModel : public QAbstractListModel {
         Name = Qt::UserRole + 1,
         Identifier,
         Place,
-        Note,    ///< when only its data can be removed here; may be empty
-        Subject, ///< what the tool takes for it
+        Note, ///< when only its data can be removed here; may be empty
         Spoken
     };
 
@@ -50,8 +52,8 @@ class ApplicationsModel : public QAbstractListModel {
     void setFilter(const QString& filter);
 
     Q_INVOKABLE void refresh();
-    /// What the tool takes for a row; empty for one that is not there.
-    Q_INVOKABLE QString subject(int row) const;
+    /// Tells the tool which application it is about. False when there is no such row.
+    Q_INVOKABLE bool choose(int row, korvane::ToolModel* tool) const;
 
   signals:
     void changed();
@@ -62,7 +64,7 @@ class ApplicationsModel : public QAbstractListModel {
         QString name;
         QString identifier;
         QString place;
-        QString subject;
+        std::string subject; ///< what the tool takes for it
         bool isRemovable = false;
     };
     struct Listing {

@@ -29,11 +29,8 @@ Page {
             states.act()
     }
     function choose(row: int) {
-        const subject = applications.subject(row)
-        if (subject === "")
-            return
-        model.setApplication(subject)
-        model.scan()
+        if (applications.choose(row, model))
+            model.scan()
     }
     Component.onCompleted: applications.refresh()
 
