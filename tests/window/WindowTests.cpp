@@ -5,8 +5,10 @@
 #include "Korvane/window/shell/WindowApplication.h"
 #include "Korvane/window/shell/WindowContext.h"
 #include "Korvane/window/theme/Appearance.h"
+#include "Korvane/window/update/UpdateModel.h"
 #include "KorvaneCore/foundation/Json.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/updater/UpdaterFixture.h"
 
 #include <QAccessible>
 #include <QQuickItem>
@@ -237,6 +239,60 @@ class WindowTests : public QObject {
         QVERIFY(tool->subject().startsWith(QStringLiteral("Draw, ")));
     }
 
+    void showsAnUpdateThroughItsPhases() {
+        struct World : UpdaterTest {
+            void TestBody() override {}
+            using UpdaterTest::answer;
+            using UpdaterTest::configuration;
+            using UpdaterTest::publish;
+            using UpdaterTest::release;
+            using UpdaterTest::runningProgram;
+            using UpdaterTest::server;
+            using UpdaterTest::started;
+            using UpdaterTest::system;
+        };
+        const std::unique_ptr<World> world = std::make_unique<World>();
+        window_ = application_.open(
+            *services_, {},
+            std::make_unique<UpdateModel>([&] { return world->configuration(); }, world->system));
+        UpdateModel* updates = application_.context().updates();
+        const auto look = [&](UpdateModel::Phase phase, const char* name) {
+            QTRY_COMPARE_WITH_TIMEOUT(updates->phase(), phase, patience);
+            QTRY_VERIFY(item("updateClose") != nullptr && item("updateClose")->hasActiveFocus());
+            picture(QStringLiteral("update-%1").arg(QLatin1StringView(name)));
+        };
+        world->publish("", "1.0");
+        updates->check();
+        look(UpdateModel::UpToDate, "up-to-date");
+        press(Qt::Key_Return);
+        QTRY_COMPARE(updates->phase(), UpdateModel::Idle);
+
+        const ReleaseArchive next = world->release("2.0");
+        world->publish(tarArchive(next.entries()), "2.0");
+        updates->check();
+        look(UpdateModel::Available, "available");
+        press(Qt::Key_Escape); // later
+        QTRY_COMPARE(updates->phase(), UpdateModel::Idle);
+
+        world->answer("/korvane/Korvane.tar.gz", {.isSilent = true});
+        updates->check();
+        QTRY_COMPARE(updates->phase(), UpdateModel::Available);
+        click(item("updateInstall"));
+        look(UpdateModel::Downloading, "downloading");
+        press(Qt::Key_Escape); // a download can be called off
+        QTRY_COMPARE_WITH_TIMEOUT(updates->phase(), UpdateModel::Idle, patience);
+
+        world->publish(tarArchive(next.entries()), "2.0");
+        updates->check();
+        QTRY_COMPARE(updates->phase(), UpdateModel::Available);
+        QSignalSpy quit(updates, &UpdateModel::quitRequested);
+        updates->install();
+        QTRY_COMPARE_WITH_TIMEOUT(quit.count(), 1, patience);
+        QCOMPARE(world->started.size(), std::size_t{1});
+        QCOMPARE(world->runningProgram(), next.files.at("Contents/Linux/bin/korvane"));
+        application_.closeAll(); // before the world that it works in
+    }
+
     void reachesEveryPartByTab() {
         std::set<QQuickItem*> seen;
         for (int turn = 0; turn < 40; ++turn) {
@@ -340,9 +396,9 @@ class WindowTests : public QObject {
         const QString folder = qEnvironmentVariable("KORVANE_PICTURES");
         if (!folder.isEmpty()) {
             QDir().mkpath(folder);
-            QVERIFY(
-                image.save(QStringLiteral("%1/%2-%3.png")
-                               .arg(folder, QString::fromLatin1(QTest::currentDataTag()), name)));
+            const QString tag = QString::fromLatin1(QTest::currentDataTag());
+            QVERIFY(image.save(
+                QStringLiteral("%1/%2%3.png").arg(folder, tag.isEmpty() ? tag : tag + u'-', name)));
         }
     }
 

@@ -84,9 +84,10 @@ void WindowApplication::closeAll() {
     context_.reset();
 }
 
-QQuickWindow* WindowApplication::open(Services& services, const QVariantMap& properties) {
+QQuickWindow* WindowApplication::open(Services& services, const QVariantMap& properties,
+                                      std::unique_ptr<UpdateModel> updates) {
     closeAll();
-    context_ = std::make_unique<WindowContext>(services);
+    context_ = std::make_unique<WindowContext>(services, std::move(updates));
     engine_ = std::make_unique<QQmlApplicationEngine>();
     engine_->addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine_->addImageProvider(QStringLiteral("icon"), new IconProvider);

@@ -9,6 +9,7 @@
 
 namespace korvane {
 
+class UpdateModel;
 class WindowContext;
 
 /// The program around the window: its names, renderer, style and engine. One a process.
@@ -28,7 +29,8 @@ class WindowApplication : public QGuiApplication {
 
     /// Loads the window over a user's stores; null when its QML does not load. `services` must
     /// outlive this object.
-    QQuickWindow* open(Services& services, const QVariantMap& properties = {});
+    QQuickWindow* open(Services& services, const QVariantMap& properties = {},
+                       std::unique_ptr<UpdateModel> updates = nullptr);
 
     /// Opens the window and runs until it is closed. Answers the exit code of the process.
     int run(Services& services);

@@ -34,8 +34,9 @@ void notifyOfScan(const QString& title, const ToolModel& tool) {
 
 } // namespace
 
-WindowContext::WindowContext(Services& services, QObject* parent)
-    : QObject(parent), services_(services) {
+WindowContext::WindowContext(Services& services, std::unique_ptr<UpdateModel> updates,
+                             QObject* parent)
+    : QObject(parent), services_(services), updates_(std::move(updates)) {
     current = this;
 }
 

@@ -52,7 +52,9 @@ class WindowContext : public QObject {
     Q_PROPERTY(bool isCleaning READ isCleaning NOTIFY cleaningChanged)
 
   public:
-    explicit WindowContext(Services& services, QObject* parent = nullptr);
+    /// Without `updates` the updater of this installation.
+    explicit WindowContext(Services& services, std::unique_ptr<UpdateModel> updates = nullptr,
+                           QObject* parent = nullptr);
     ~WindowContext() override;
 
     static WindowContext* create(QQmlEngine* engine, QJSEngine* scripts);

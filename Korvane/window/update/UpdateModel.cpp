@@ -14,13 +14,14 @@ using Kind = UpdatePhase::Kind;
 /// The updater, made when it is first needed. While the work runs it belongs to that thread.
 class UpdateModel::Driver {
   public:
-    explicit Driver(Configure configure) : configure_(std::move(configure)) {}
+    Driver(Configure configure, AppUpdater::System system)
+        : configure_(std::move(configure)), system_(std::move(system)) {}
 
     AppUpdater& updater() {
         if (!updater_) {
             UpdaterConfiguration configuration = configure_();
             version_ = configuration.runningVersion;
-            updater_.emplace(std::move(configuration), [this](const UpdatePhase& phase) {
+            updater_.emplace(std::move(configuration), system_, [this](const UpdatePhase& phase) {
                 if (onChange) {
                     onChange(phase, updater_->isShown());
                 }
@@ -38,12 +39,13 @@ class UpdateModel::Driver {
 
   private:
     Configure configure_;
+    AppUpdater::System system_;
     std::string version_;
     std::optional<AppUpdater> updater_;
 };
 
-UpdateModel::UpdateModel(Configure configure, QObject* parent)
-    : QObject(parent), driver_(std::make_shared<Driver>(std::move(configure))) {
+UpdateModel::UpdateModel(Configure configure, AppUpdater::System system, QObject* parent)
+    : QObject(parent), driver_(std::make_shared<Driver>(std::move(configure), std::move(system))) {
     run([](AppUpdater& /*updater*/) {}); // finds out which version runs
 }
 

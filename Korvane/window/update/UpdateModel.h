@@ -51,7 +51,9 @@ class UpdateModel : public QObject {
 
     /// Makes the updater's configuration; called on a thread of the model's own.
     using Configure = std::function<UpdaterConfiguration()>;
-    explicit UpdateModel(Configure configure, QObject* parent = nullptr);
+    /// `system`: what an update does to the computer.
+    explicit UpdateModel(Configure configure, AppUpdater::System system = {},
+                         QObject* parent = nullptr);
     ~UpdateModel() override;
 
     /// Asks the feed. What it finds out unasked is shown only when there is a newer release.
