@@ -21,6 +21,8 @@ ApplicationWindow {
     color: Theme.window
     font.family: Theme.family
     font.pixelSize: Theme.body
+    LayoutMirroring.enabled: Application.layoutDirection === Qt.RightToLeft
+    LayoutMirroring.childrenInherit: true
     // For a control that the style does not draw itself.
     palette {
         window: Theme.window; windowText: Theme.text; base: Theme.surface; text: Theme.text

@@ -34,7 +34,9 @@ Item {
 
     width: owner ? owner.width : 0
     height: Theme.rowHeight
+    // Placed by hand, as the heads above are.
     LayoutMirroring.enabled: false
+    LayoutMirroring.childrenInherit: true
 
     Accessible.role: isGroup ? Accessible.TreeItem : Accessible.ListItem
     Accessible.name: spoken

@@ -80,6 +80,8 @@ FocusScope {
             Layout.fillWidth: true
             implicitHeight: Theme.controlHeight
             color: Theme.surface
+            LayoutMirroring.enabled: false
+            LayoutMirroring.childrenInherit: true
             ColumnHead { x: layout.groupText; width: layout.risk - x - 12; height: parent.height; text: qsTr("Name"); order: ResultModel.ByName; model: view.results }
             ColumnHead { x: layout.risk; width: layout.riskWidth; height: parent.height; text: qsTr("Risk"); order: ResultModel.ByRisk; model: view.results }
             ColumnHead { visible: layout.hasDate; x: layout.date; width: layout.dateWidth; height: parent.height; text: qsTr("Changed"); order: ResultModel.ByDate; model: view.results; alignRight: true }
