@@ -4,6 +4,7 @@
 #include "Korvane/tools/Services.h"
 #include "Korvane/window/shell/WindowApplication.h"
 #include "Korvane/window/shell/WindowContext.h"
+#include "Korvane/window/support/Texts.h"
 #include "Korvane/window/theme/Appearance.h"
 #include "Korvane/window/update/UpdateModel.h"
 #include "KorvaneCore/foundation/Json.h"
@@ -11,6 +12,8 @@
 #include "tests/updater/UpdaterFixture.h"
 
 #include <QAccessible>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSignalSpy>
@@ -239,6 +242,30 @@ class WindowTests : public QObject {
         QVERIFY(tool->subject().startsWith(QStringLiteral("Draw, ")));
     }
 
+    void takesWhatIsDroppedOnIt() {
+        const FileURL dropped = folder_.makeFolder("home/dropped \xC3\xA9 %41");
+        folder_.makeFile("home/dropped \xC3\xA9 %41/copy", std::string(9000, 'd'));
+        folder_.makeFile("home/dropped \xC3\xA9 %41/copy 2", std::string(9000, 'd'));
+
+        open("duplicate-finder");
+        drop(dropped);
+        ToolModel* tool = application_.context().tool(QStringLiteral("duplicate-finder"));
+        QTRY_COMPARE_WITH_TIMEOUT(tool->phase(), ToolModel::Results, patience);
+        QCOMPARE(tool->results()->totalCount(), 2);
+
+        open("disk-usage");
+        drop(dropped);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            application_.context().usage()->folderPath().endsWith(QStringLiteral("%41")), patience);
+
+        open("protected-paths");
+        drop(dropped);
+        QTRY_VERIFY(services_->exclusions().blocks(dropped));
+
+        open("cache-cleaner"); // needs no folder
+        drop(dropped, false);
+    }
+
     void showsAnUpdateThroughItsPhases() {
         struct World : UpdaterTest {
             void TestBody() override {}
@@ -372,6 +399,21 @@ class WindowTests : public QObject {
         QVERIFY(item != nullptr);
         const QPointF middle = item->mapToScene({item->width() / 2, item->height() / 2});
         QTest::mouseClick(window_, Qt::LeftButton, {}, middle.toPoint());
+    }
+
+    /// Drags a file from another program to the middle of the page and lets it go there.
+    void drop(const FileURL& file, bool isTaken = true) const {
+        QMimeData data;
+        data.setUrls({Texts::qtURL(file)});
+        const QPoint middle(window_->width() * 6 / 10, window_->height() / 2);
+        constexpr Qt::DropActions actions = Qt::CopyAction | Qt::LinkAction;
+        QDragEnterEvent enter(middle, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window_, &enter);
+        QCOMPARE(enter.isAccepted(), isTaken);
+        if (isTaken) {
+            QDropEvent let(middle, actions, &data, Qt::LeftButton, Qt::NoModifier);
+            QCoreApplication::sendEvent(window_, &let);
+        }
     }
 
     void open(const char* id) const {
