@@ -103,10 +103,12 @@ BinEmptying emptyBins(std::span<const BinContent> seen, Services& services) {
     std::vector<ScanItem> bins;
     std::vector<CleanupFailure> grown;
     for (const BinContent& content : seen) {
-        if (holdsOnly(content.bin.url, content.names)) {
-            bins.push_back(content.bin);
+        // Measured anew: what went meanwhile is not what this emptying frees.
+        ScanItem bin = binItem(content.bin.url, services);
+        if (holdsOnly(bin.url, content.names)) {
+            bins.push_back(std::move(bin));
         } else {
-            grown.push_back({content.bin,
+            grown.push_back({std::move(bin),
                              "Something came into this Bin after it was shown, so it was left as "
                              "it is.",
                              CleanupFailure::Kind::other});

@@ -91,11 +91,13 @@ class BinModelTests : public QObject {
         QVERIFY(folder_->exists(trash_ + "/unseen"));
         QCOMPARE(model_->outcomeText(), QStringLiteral("Freed nothing."));
         QCOMPARE(model_->outcome()->rowCount(), 1);
-        // What went meanwhile is no reason to stop.
+        // What went meanwhile is no reason to stop, and is nothing that was freed.
         QVERIFY(!model_->prepare(rowOf("~/data/Trash/files")).isEmpty());
         QFile::remove(QString::fromStdString(folder_->at(trash_ + "/unseen").path()));
+        const std::int64_t there = binItem(folder_->at(trash_), *services_).sizeBytes;
         empty();
         QVERIFY(!folder_->exists(trash_ + "/seen"));
+        QCOMPARE(totalBytes(model_->outcome()->result().succeeded), there);
         QVERIFY(folder_->exists("home/.Trash/letter"));
     }
 
