@@ -10,6 +10,10 @@
 #include <random>
 #include <set>
 #include <span>
+#include <system_error>
+#include <thread>
+
+#include <sys/resource.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -293,6 +297,27 @@ TEST(DuplicateScanner, returnsWhatItHadHashedWhenCancelled) {
     EXPECT_EQ(result.items.size(), 50U);
     EXPECT_EQ(result.items.back().url, folder.at("149"));
     EXPECT_THAT(scanned(folder), IsEmpty());
+}
+
+TEST(DuplicateScanner, needsNoThreadBesideItsOwn) {
+    const TemporaryFolder folder;
+    std::filesystem::permissions(folder.path(), std::filesystem::perms(0755));
+    folder.makeFile("1", std::string(3'500'000, 'x'));
+    folder.makeFile("2", std::string(3'500'000, 'x'));
+    folder.makeFile("3", letters);
+    folder.makeFile("4", letters);
+    testing::expectInChild([&]() -> std::string {
+        testing::becomeOrdinaryUser();
+        const rlimit none{1, 1};
+        setrlimit(RLIMIT_NPROC, &none);
+        try {
+            std::thread([] {}).join();
+            return "there are threads all the same";
+        } catch (const std::system_error&) {
+        }
+        const std::size_t found = scanned(folder).size();
+        return found == 5 ? "" : std::to_string(found) + " lines";
+    });
 }
 
 TEST(DuplicateScanner, passesOverWhatItMayNotRead) {
