@@ -22,6 +22,12 @@ Item {
     ConfirmSheet { id: sheet; parent: root; property int answers: 0; onAccepted: ++answers }
     StackedBar { id: bar; y: 300; width: 400; parts: [{ title: "x".repeat(300), text: "1 KB", share: 0.999 }, { title: "b", text: "1 KB", share: 0.001 }] }
 
+    Item {
+        LayoutMirroring.enabled: true
+        LayoutMirroring.childrenInherit: true
+        Label { id: mirrored; width: 300; text: "letters.txt" }
+    }
+
     TestCase {
         name: "Components"
         when: windowShown
@@ -35,6 +41,10 @@ Item {
             compare(button.presses, 3)
             keyClick(Qt.Key_Return, Qt.ControlModifier) // that is the window's
             compare(button.presses, 3)
+        }
+
+        function test_textStandsWhereTheWindowBegins() {
+            compare(mirrored.effectiveHorizontalAlignment, Text.AlignRight)
         }
 
         function test_theFirstAnswerOfASheetIsNo_data() {
