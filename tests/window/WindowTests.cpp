@@ -103,9 +103,14 @@ class WindowTests : public QObject {
         press(Qt::Key_Space);
         QCOMPARE(tool->results()->selectedCount(), before - 1);
         std::vector<std::string> chosen;
-        for (const ScanItem& one : tool->selectedItems()) {
-            chosen.push_back(one.path());
+        const ResultModel& results = *tool->results();
+        for (int other = 0; other < results.rowCount(); ++other) {
+            if (!results.isGroup(other) &&
+                results.index(other).data(ResultModel::Ticked).toInt() == Qt::Checked) {
+                chosen.push_back(results.itemAt(other)->path());
+            }
         }
+        QCOMPARE(static_cast<int>(chosen.size()), before - 1);
 
         press(Qt::Key_Return, Qt::ControlModifier);
         QTRY_VERIFY(item("cancelButton") != nullptr && item("cancelButton")->hasActiveFocus());
@@ -181,7 +186,7 @@ class WindowTests : public QObject {
             tool->scan();
             QTRY_COMPARE_WITH_TIMEOUT(tool->phase(), ToolModel::Results, patience);
             QTRY_VERIFY(item("collectButton") != nullptr);
-            staged += tool->selectedItems().size();
+            staged += tool->results()->selectedIDs().size();
             click(item("collectButton"));
             QTRY_COMPARE(application_.context().collector()->count(), static_cast<int>(staged));
         }

@@ -198,16 +198,6 @@ std::unordered_set<UUID> ResultModel::selectedIDs() const {
     return selection_.ids(table_);
 }
 
-std::vector<ScanItem> ResultModel::selectedItems() const {
-    std::vector<ScanItem> items;
-    for (std::size_t item = 0; item < table_.items().size(); ++item) {
-        if (selection_.isTicked(item)) {
-            items.push_back(table_.items()[item]);
-        }
-    }
-    return items;
-}
-
 bool ResultModel::isGroup(int row) const {
     return row >= 0 && row < rowCount() && rows_[static_cast<std::size_t>(row)].item < 0;
 }

@@ -74,9 +74,8 @@ class ResultModel : public QAbstractListModel {
     /// Shows what became of the same items; ticks, search and order stay.
     void update(ReviewTable table);
     void clear();
-    /// The ids of what is ticked, and of the items of some rows.
+    /// The ids of what is ticked, shown or not.
     [[nodiscard]] std::unordered_set<UUID> selectedIDs() const;
-    [[nodiscard]] std::vector<ScanItem> selectedItems() const;
     /// Null for a group's row.
     [[nodiscard]] const ScanItem* itemAt(int row) const;
 

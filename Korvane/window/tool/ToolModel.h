@@ -107,7 +107,6 @@ class ToolModel : public QObject {
     Q_INVOKABLE void protect(int row);
     /// Looks anew at what may be removed of the results on show; ticks stay as far as they may.
     void judgeAgain();
-    [[nodiscard]] std::vector<ScanItem> selectedItems() const { return results_.selectedItems(); }
     /// What of these ids the Collector may take: nothing that must stay, and never the last copy
     /// of a file. Says so when something is left out.
     [[nodiscard]] std::vector<ScanItem> itemsToCollect(std::unordered_set<UUID> ids);
