@@ -1,20 +1,15 @@
-#include "KorvaneCore/foundation/FileDescriptor.h"
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/platform/BitmapFile.h"
-#include "KorvaneCore/platform/FolderFacts.h"
 #include "KorvaneCore/platform/ImageDecoder.h"
 #include "KorvaneCore/platform/linux/Libvips.h"
+#include "KorvaneCore/platform/linux/PictureInput.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <chrono>
 #include <memory>
 #include <string_view>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
@@ -22,8 +17,6 @@
 namespace korvane {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 /// Larger than any camera makes, where pixels are decoded row by row.
 constexpr std::int64_t maxPixels = 300'000'000;
@@ -33,7 +26,6 @@ constexpr std::int64_t maxPixelsWhole = 64'000'000;
 constexpr int maxBands = 5;
 /// Kinds whose decoder takes the whole file into memory.
 constexpr std::int64_t maxFileHeldWhole = 128'000'000;
-constexpr std::chrono::seconds patience{10};
 
 enum class Kind { unknown, jpeg, png, gif, webp, tiff, heif, bitmap };
 
@@ -63,77 +55,17 @@ bool holdsFileWhole(Kind kind) {
     return kind == Kind::gif || kind == Kind::webp || kind == Kind::heif;
 }
 
-/// What the library reads a picture through. Reading by descriptor keeps to the file that was
-/// checked, cannot crash when the file is cut short meanwhile (as a mapping would), and gives a say
-/// to the time limit in decoders that would go on for as long as there is input.
-class Input {
-  public:
-    explicit Input(FileDescriptor descriptor, std::int64_t size)
-        : descriptor_(std::move(descriptor)), size_(size) {}
-
-    [[nodiscard]] int descriptor() const { return descriptor_.get(); }
-    [[nodiscard]] std::int64_t size() const { return size_; }
-    [[nodiscard]] bool isOverdue() const { return Clock::now() > deadline_; }
-
-    static gint64 read(VipsSourceCustom* /*source*/, void* buffer, gint64 length, Input* input) {
-        if (input->isOverdue()) {
-            return -1;
-        }
-        ssize_t count = -1;
-        do {
-            count = pread(input->descriptor_.get(), buffer, static_cast<std::size_t>(length),
-                          input->position_);
-        } while (count < 0 && errno == EINTR);
-        input->position_ += std::max<ssize_t>(count, 0);
-        return count;
-    }
-
-    static gint64 seek(VipsSourceCustom* /*source*/, gint64 offset, int whence, Input* input) {
-        const std::int64_t from = whence == SEEK_SET   ? 0
-                                  : whence == SEEK_CUR ? input->position_
-                                                       : input->size_;
-        std::int64_t target = 0;
-        if (__builtin_add_overflow(from, offset, &target) || target < 0) {
-            return -1;
-        }
-        input->position_ = target;
-        return target;
-    }
-
-  private:
-    FileDescriptor descriptor_;
-    std::int64_t size_;
-    std::int64_t position_ = 0;
-    Clock::time_point deadline_ = Clock::now() + patience;
-};
-
-/// Opens a regular file, never a link, never waiting for a pipe's writer.
-std::unique_ptr<Input> open(const FileURL& url) {
-    const ReachablePath place(url.path());
-    if (place.error() != 0) {
-        return nullptr;
-    }
-    FileDescriptor file(openat(place.parent(), place.name(),
-                               O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    struct stat facts {};
-    if (!file || fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        return nullptr;
-    }
-    posix_fadvise(file.get(), 0, 0, POSIX_FADV_WILLNEED);
-    return std::make_unique<Input>(std::move(file), facts.st_size);
-}
-
 /// One picture on its way through the library.
 class Decoding {
   public:
-    Decoding(const Libvips& api, Input& input, Kind kind)
+    Decoding(const Libvips& api, PictureInput& input, Kind kind)
         : api_(api), input_(input), kind_(kind), source_(api.sourceCustomNew(), api.unref) {
         const auto handle = [&](const char* signal, auto* handler) {
             api_.connect(source_.get(), signal, reinterpret_cast<GCallback>(handler), &input_,
                          nullptr, GConnectFlags{});
         };
-        handle("read", &Input::read);
-        handle("seek", &Input::seek);
+        handle("read", &Decoding::read);
+        handle("seek", &Decoding::seek);
     }
     ~Decoding() { api_.clearErrors(); }
     Decoding(const Decoding&) = delete;
@@ -171,6 +103,15 @@ class Decoding {
     }
 
   private:
+    static gint64 read(VipsSourceCustom* /*source*/, void* buffer, gint64 length,
+                       PictureInput* input) {
+        return input->read(buffer, static_cast<std::size_t>(length));
+    }
+    static gint64 seek(VipsSourceCustom* /*source*/, gint64 offset, int whence,
+                       PictureInput* input) {
+        return input->seek(offset, whence);
+    }
+
     using Image = std::unique_ptr<VipsImage, void (*)(gpointer)>;
 
     Image own(VipsImage* image) const { return {image, api_.unref}; }
@@ -217,7 +158,7 @@ class Decoding {
     [[nodiscard]] std::optional<Thumbnail> pixels(VipsImage* image) {
         struct Watch {
             const Libvips& api;
-            const Input& input;
+            const PictureInput& input;
             static void look(VipsImage* image, VipsProgress* /*progress*/, Watch* watch) {
                 if (watch->input.isOverdue() || Task::isCancelled()) {
                     watch->api.setKill(image, 1);
@@ -246,7 +187,7 @@ class Decoding {
     }
 
     const Libvips& api_;
-    Input& input_;
+    PictureInput& input_;
     Kind kind_;
     std::unique_ptr<VipsSourceCustom, void (*)(gpointer)> source_;
 };
@@ -257,7 +198,7 @@ class VipsImageDecoder final : public ImageDecoder {
 
     [[nodiscard]] std::optional<Thumbnail> thumbnail(const FileURL& url,
                                                      int maxSide) const override {
-        const auto input = open(url);
+        const auto input = PictureInput::open(url);
         std::array<char, 12> begin{};
         if (!input || pread(input->descriptor(), begin.data(), begin.size(), 0) !=
                           static_cast<ssize_t>(begin.size())) {
