@@ -9,8 +9,10 @@ find_package(PkgConfig REQUIRED)
 find_package(simdjson REQUIRED)
 # Only the headers are used: the library itself is loaded when the first secret is asked for.
 pkg_check_modules(libsecret REQUIRED libsecret-1)
-# The same holds for libvips and the first picture.
+# The same holds for libvips and libheif and the first picture.
 pkg_check_modules(libvips REQUIRED IMPORTED_TARGET vips)
-# And for these two and the first update. Their headers are on the compiler's own path.
+pkg_check_modules(libheif REQUIRED libheif)
+# And for these two and the first update. Their headers, as libheif's, are on the compiler's own
+# path.
 pkg_check_modules(libcurl REQUIRED libcurl)
 pkg_check_modules(libarchive REQUIRED libarchive)

@@ -49,7 +49,9 @@ TEST(ImageDecoder, decodesEveryKindToNearlyTheSame) {
     }
     for (const char* other :
          {".tif[compression=lzw,tile]", ".tif[compression=jpeg,pyramid]", ".png[interlace]",
-          ".jpg[interlace,Q=90]", ".webp[lossless]", ".gif[interlace]"}) {
+          ".jpg[interlace,Q=90]", ".webp[lossless]", ".gif[interlace]", ".heic[subsample_mode=off]",
+          ".heic[bitdepth=10]", ".avif[subsample_mode=on]", ".avif[bitdepth=12]",
+          ".avif[lossless]"}) {
         EXPECT_LT(distance(decoded(picture.file(other)), expected), 5) << other;
     }
 }
@@ -92,6 +94,50 @@ TEST(ImageDecoder, keepsHowOpaqueAPictureIs) {
     const auto made = decoded(picture.file(".png"));
     ASSERT_TRUE(made);
     EXPECT_EQ(made->rgba, picture.pixels);
+}
+
+TEST(ImageDecoder, readsAVIFsWithoutColourAndThoseThatLetShineThrough) {
+    const auto grey = decoded(Picture{1, 1, 1, {90}}.file(".avif"));
+    ASSERT_TRUE(grey);
+    EXPECT_LT(distance(grey, Thumbnail{{1, 1}, {90, 90, 90, 255}}), 2);
+    Picture half{64, 64, 4};
+    for (int i = 0; i < 64 * 64; ++i) {
+        const std::uint8_t opacity = i < 64 * 32 ? 255 : 0;
+        half.pixels.insert(half.pixels.end(), {200, 100, 50, opacity});
+    }
+    const auto made = decoded(half.file(".avif"));
+    ASSERT_TRUE(made);
+    EXPECT_EQ(made->rgba[3], 255);
+    EXPECT_EQ(made->rgba.back(), 0);
+}
+
+TEST(ImageDecoder, mindsHowTheColoursOfAnAVIFAreCoded) {
+    const auto coded = [](Picture picture, char matrix, char range) {
+        std::string file = picture.file(".avif");
+        const std::size_t profile = file.find("colrnclx");
+        file.replace(profile + 12, 3, {'\0', matrix, range});
+        return decoded(file);
+    };
+    constexpr char bt601 = 6;
+    constexpr char bt709 = 1;
+    constexpr char full = '\x80';
+    const Picture grey = Picture::ofShade(200);
+    const auto whole = coded(grey, bt601, full);
+    const auto narrow = coded(grey, bt601, 0);
+    ASSERT_TRUE(whole && narrow);
+    EXPECT_NEAR(whole->rgba[0], 200, 2);
+    EXPECT_NEAR(narrow->rgba[0], (200 - 16) * 255 / 219, 2);
+    // What was red with the one is orange with the other.
+    Picture red{16, 16, 3};
+    for (int i = 0; i < 16 * 16; ++i) {
+        red.pixels.insert(red.pixels.end(), {220, 40, 40});
+    }
+    const auto right = coded(red, bt601, full);
+    const auto wrong = coded(red, bt709, full);
+    ASSERT_TRUE(right && wrong);
+    EXPECT_NEAR(right->rgba[0], 220, 6);
+    EXPECT_NEAR(right->rgba[1], 40, 6);
+    EXPECT_GT(wrong->rgba[1], right->rgba[1] + 10);
 }
 
 TEST(ImageDecoder, refusesWhatIsNoWholePicture) {

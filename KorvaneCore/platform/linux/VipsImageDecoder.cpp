@@ -1,6 +1,8 @@
 #include "KorvaneCore/foundation/Task.h"
 #include "KorvaneCore/platform/BitmapFile.h"
 #include "KorvaneCore/platform/ImageDecoder.h"
+#include "KorvaneCore/platform/linux/HeifPicture.h"
+#include "KorvaneCore/platform/linux/Libheif.h"
 #include "KorvaneCore/platform/linux/Libvips.h"
 #include "KorvaneCore/platform/linux/PictureInput.h"
 
@@ -210,6 +212,13 @@ class VipsImageDecoder final : public ImageDecoder {
         }
         if (kind == Kind::unknown || (holdsFileWhole(kind) && input->size() > maxFileHeldWhole)) {
             return std::nullopt;
+        }
+        if (const Libheif* heif = kind == Kind::heif ? Libheif::shared() : nullptr) {
+            const HeifPicture picture(*heif, *input);
+            if (!picture.hasAlpha()) {
+                return picture.thumbnail(maxSide, maxPixelsWhole);
+            }
+            (void)input->seek(0, SEEK_SET);
         }
         const Libvips* api = Libvips::shared();
         return api == nullptr ? std::nullopt : Decoding(*api, *input, kind).thumbnail(maxSide);
