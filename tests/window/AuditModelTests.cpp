@@ -49,13 +49,13 @@ void AuditModelTests::showsAnEmptyLog() {
     Records records;
     AuditModel model(records.services);
     QCOMPARE(model.state(), AuditModel::Loading);
-    QCOMPARE(model.integrity(), AuditModel::Unknown);
+    QCOMPARE(model.chain()->integrity(), AuditChain::Unknown);
     QVERIFY(!model.canExport());
     load(model);
     QCOMPARE(model.state(), AuditModel::Empty);
-    QCOMPARE(model.integrity(), AuditModel::NothingToVerify);
-    QCOMPARE(model.integrityText(), QStringLiteral("No cleanup operations have been logged yet."));
-    QVERIFY(model.periodIsEmpty());
+    QCOMPARE(model.chain()->integrity(), AuditChain::NothingToVerify);
+    QCOMPARE(model.chain()->text(), QStringLiteral("No cleanup operations have been logged yet."));
+    QVERIFY(model.chart()->periodIsEmpty());
     QVERIFY(!records.folder.exists("data"));
 }
 
@@ -71,8 +71,8 @@ void AuditModelTests::listsTheOperationsByDay() {
              (QStringList{"", "1 item deleted", "2 items deleted", "", "1 item moved to the Bin"}));
     QCOMPARE(texts(model, AuditModel::CanPutBack),
              (QStringList{"false", "false", "false", "false", "true"}));
-    QCOMPARE(model.integrity(), AuditModel::Verified);
-    QVERIFY(model.integrityText().startsWith(QStringLiteral("3 chained entries verified")));
+    QCOMPARE(model.chain()->integrity(), AuditChain::Verified);
+    QVERIFY(model.chain()->text().startsWith(QStringLiteral("3 chained entries verified")));
 
     model.setOpen(2, true);
     model.setOpen(1, true);
@@ -166,20 +166,20 @@ void AuditModelTests::findsABreakAndHasItAcknowledged() {
     AuditModel model(records.services);
     connect(&model, &AuditModel::recorded, &model, &AuditModel::refresh);
     load(model);
-    QCOMPARE(model.integrity(), AuditModel::Broken);
-    QVERIFY(model.integrityText().startsWith(QStringLiteral("The hash chain doesn't verify")));
+    QCOMPARE(model.chain()->integrity(), AuditChain::Broken);
+    QVERIFY(model.chain()->text().startsWith(QStringLiteral("The hash chain doesn't verify")));
     QSignalSpy recorded(&model, &AuditModel::recorded);
-    model.acknowledge(QStringLiteral("  \n"));
+    model.chain()->acknowledge(QStringLiteral("  \n"));
     QTest::qWait(20);
     QCOMPARE(recorded.size(), 0);
-    model.acknowledge(QStringLiteral(" Disk repair ✓ "));
-    QTRY_COMPARE(model.integrity(), AuditModel::Verified);
+    model.chain()->acknowledge(QStringLiteral(" Disk repair ✓ "));
+    QTRY_COMPARE(model.chain()->integrity(), AuditChain::Verified);
     QCOMPARE(recorded.size(), 1);
-    QVERIFY(model.integrityText().contains(QStringLiteral("1 acknowledged break")));
+    QVERIFY(model.chain()->text().contains(QStringLiteral("1 acknowledged break")));
     QTRY_VERIFY(texts(model, AuditModel::Subtitle)
                     .contains(QStringLiteral("Acknowledged break: Disk repair ✓")));
     // Now there is nothing to acknowledge.
-    model.acknowledge(QStringLiteral("again"));
+    model.chain()->acknowledge(QStringLiteral("again"));
     QTest::qWait(20);
     QCOMPARE(recorded.size(), 1);
     QCOMPARE(records.services.auditLog().entries().size(), std::size_t{3});
@@ -249,17 +249,17 @@ void AuditModelTests::drawsWhatWasReclaimed() {
                    300);
     AuditModel model(records.services);
     load(model);
-    QCOMPARE(model.bars().size(), 30);
-    QCOMPARE(model.periodText(), QStringLiteral("700\u00a0bytes"));
-    QCOMPARE(model.bars().last().toMap().value("share").toDouble(), 700.0 / 800.0);
-    QCOMPARE(model.ticks().size(), 5);
-    QCOMPARE(model.ticks().last().toMap().value("text").toString(),
+    QCOMPARE(model.chart()->bars().size(), 30);
+    QCOMPARE(model.chart()->periodText(), QStringLiteral("700\u00a0bytes"));
+    QCOMPARE(model.chart()->bars().last().toMap().value("share").toDouble(), 700.0 / 800.0);
+    QCOMPARE(model.chart()->ticks().size(), 5);
+    QCOMPARE(model.chart()->ticks().last().toMap().value("text").toString(),
              QStringLiteral("800\u00a0bytes"));
-    QCOMPARE(model.ticks().last().toMap().value("share").toDouble(), 1.0);
-    model.setPeriod(1);
-    QCOMPARE(model.bars().size(), 12);
-    QCOMPARE(model.periodText(), QStringLiteral("1\u00a0KB"));
-    QCOMPARE(model.lifetimeText(), QStringLiteral("1\u00a0KB"));
+    QCOMPARE(model.chart()->ticks().last().toMap().value("share").toDouble(), 1.0);
+    model.chart()->setPeriod(1);
+    QCOMPARE(model.chart()->bars().size(), 12);
+    QCOMPARE(model.chart()->periodText(), QStringLiteral("1\u00a0KB"));
+    QCOMPARE(model.chart()->lifetimeText(), QStringLiteral("1\u00a0KB"));
 }
 
 void AuditModelTests::holdsALargeLog() {
@@ -278,7 +278,7 @@ void AuditModelTests::holdsALargeLog() {
     old.close();
     AuditModel model(records.services);
     load(model);
-    QCOMPARE(model.integrity(), AuditModel::Verified);
+    QCOMPARE(model.chain()->integrity(), AuditChain::Verified);
     QCOMPARE(model.rowCount(), 20'003);
     model.setOpen(1, true);
     QCOMPARE(model.rowCount(), 120'003);

@@ -10,9 +10,10 @@ Rectangle {
     required property AuditModel audit
     readonly property var words: audit.words
     signal acknowledgeWanted()
-    readonly property int integrity: audit.integrity
-    readonly property bool neutral: audit.verifying || integrity === AuditModel.Unknown || integrity === AuditModel.NothingToVerify
-    readonly property int level: integrity === AuditModel.Verified ? 0 : integrity === AuditModel.Unverifiable ? 1 : 2
+    readonly property AuditChain chain: audit.chain
+    readonly property int integrity: chain.integrity
+    readonly property bool neutral: audit.verifying || integrity === AuditChain.Unknown || integrity === AuditChain.NothingToVerify
+    readonly property int level: integrity === AuditChain.Verified ? 0 : integrity === AuditChain.Unverifiable ? 1 : 2
     readonly property color ink: neutral ? Theme.textMuted : Theme.riskInk[level]
     implicitHeight: column.implicitHeight + 2 * Theme.s2
     radius: Theme.radiusLarge
@@ -39,7 +40,7 @@ Rectangle {
                 Label {
                     id: badge
                     anchors.centerIn: parent
-                    text: card.audit.integrityBadge
+                    text: card.chain.badge
                     kind: "caption"
                     font.weight: Font.DemiBold
                     color: card.ink
@@ -48,13 +49,13 @@ Rectangle {
             Label {
                 objectName: "integrityText"
                 Layout.fillWidth: true
-                text: card.audit.verifying ? qsTr("Verifying the hash chain…") : card.audit.integrityText
+                text: card.audit.verifying ? qsTr("Verifying the hash chain…") : card.chain.text
                 color: card.ink
                 wrapMode: Text.Wrap
             }
             Button {
                 objectName: "acknowledgeButton"
-                visible: card.integrity === AuditModel.Broken && !card.audit.verifying
+                visible: card.integrity === AuditChain.Broken && !card.audit.verifying
                 text: card.words.acknowledge
                 onClicked: card.acknowledgeWanted()
                 Accessible.description: card.words.acknowledgeHelp
@@ -73,7 +74,7 @@ Rectangle {
         Label {
             visible: text !== ""
             Layout.fillWidth: true
-            text: card.audit.keyWarning
+            text: card.chain.keyWarning
             color: card.ink
             kind: "small"
             wrapMode: Text.Wrap

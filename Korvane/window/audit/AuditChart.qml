@@ -7,8 +7,8 @@ import Korvane.Theme
 // What was reclaimed, by day or week, and the log in two figures.
 Item {
     id: view
-    required property AuditModel audit
-    readonly property var words: audit.words
+    required property ReclaimedChart chart
+    required property var words
     implicitHeight: column.implicitHeight + Theme.s4 + Theme.s3
 
     ColumnLayout {
@@ -25,15 +25,15 @@ Item {
                     Layout.fillWidth: true
                     wrapMode: Text.Wrap
                     kind: "small"
-                    text: qsTr("%1 %2 · %3 %4").arg(view.words.operationsRecorded).arg(view.audit.operationsText)
-                        .arg(view.words.lifetimeReclaimed).arg(view.audit.lifetimeText)
+                    text: qsTr("%1 %2 · %3 %4").arg(view.words.operationsRecorded).arg(view.chart.operationsText)
+                        .arg(view.words.lifetimeReclaimed).arg(view.chart.lifetimeText)
                 }
             }
-            Label { text: view.audit.periodText; kind: "subtitle" }
+            Label { text: view.chart.periodText; kind: "subtitle" }
             Row {
                 spacing: 2
                 Repeater {
-                    model: view.audit.periods
+                    model: view.chart.periods
                     Button {
                         required property string modelData
                         required property int index
@@ -41,9 +41,9 @@ Item {
                         text: modelData
                         checkable: true
                         autoExclusive: true
-                        checked: view.audit.period === index
+                        checked: view.chart.period === index
                         flat: !checked
-                        onClicked: view.audit.period = index
+                        onClicked: view.chart.period = index
                         Accessible.role: Accessible.RadioButton
                         Accessible.checked: checked
                     }
@@ -55,14 +55,14 @@ Item {
             implicitHeight: Math.round(150 * Math.max(1, Math.min(1.3, Theme.scale)))
             BarChart {
                 anchors.fill: parent
-                visible: !view.audit.periodIsEmpty
-                bars: view.audit.bars
-                ticks: view.audit.ticks
-                name: qsTr("Space reclaimed, %1").arg(view.audit.periods[view.audit.period])
+                visible: !view.chart.periodIsEmpty
+                bars: view.chart.bars
+                ticks: view.chart.ticks
+                name: qsTr("Space reclaimed, %1").arg(view.chart.periods[view.chart.period])
             }
             Label {
                 anchors.centerIn: parent
-                visible: view.audit.periodIsEmpty
+                visible: view.chart.periodIsEmpty
                 text: view.words.emptyPeriod
                 color: Theme.textMuted
             }

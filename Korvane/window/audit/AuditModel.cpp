@@ -1,13 +1,12 @@
 #include "Korvane/window/audit/AuditModel.h"
 
 #include "Korvane/audit/AuditExport.h"
+#include "Korvane/audit/AuditQuery.h"
 #include "Korvane/audit/AuditText.h"
-#include "Korvane/audit/IntegrityText.h"
 #include "Korvane/audit/ModuleNames.h"
 #include "Korvane/window/audit/ModuleIcon.h"
 #include "Korvane/window/support/Texts.h"
 #include "KorvaneCore/cleaning/Restorer.h"
-#include "KorvaneCore/foundation/CheckedArithmetic.h"
 #include "KorvaneCore/foundation/FileError.h"
 
 #include <QDesktopServices>
@@ -16,8 +15,10 @@
 namespace korvane {
 
 AuditModel::AuditModel(Services& services, QObject* parent)
-    : QAbstractListModel(parent), services_(services), run_(services) {
-    connect(&reading_, &Work::runningChanged, this, &AuditModel::integrityChanged);
+    : QAbstractListModel(parent), services_(services), chain_(services), run_(services) {
+    connect(&reading_, &Work::runningChanged, this, &AuditModel::verifyingChanged);
+    connect(&chain_, &AuditChain::recorded, this, &AuditModel::recorded);
+    connect(&chain_, &AuditChain::ended, this, &AuditModel::showProblem);
     connect(&run_, &RestoreRun::finished, this, &AuditModel::recorded);
 }
 
@@ -160,18 +161,6 @@ void AuditModel::setOpen(int row, bool open) {
 
 // Reading
 
-std::shared_ptr<const AuditModel::Log> AuditModel::read(Services& services) {
-    const Date now = Date::now();
-    auto log = std::make_shared<Log>();
-    log->entries = services.auditLog().entries();
-    log->days = dayRuns(log->entries, now);
-    log->modules = modulesOf(log->entries);
-    log->bars = {chartBars(log->entries, ChartPeriod::daily, now),
-                 chartBars(log->entries, ChartPeriod::weekly, now)};
-    log->lifetimeReclaimed = auditStatistics(log->entries, {}).lifetimeReclaimed;
-    return log;
-}
-
 void AuditModel::refresh() {
     // A reading cannot be cut short, and the interface does not wait for one.
     if (reading_.isRunning()) {
@@ -179,11 +168,11 @@ void AuditModel::refresh() {
         return;
     }
     reading_.start([this, &services = services_](const Work::Post& post) {
-        const std::shared_ptr<const Log> log = read(services);
+        const auto log = AuditReading::of(services.auditLog());
         post([this, log] {
             log_ = log;
             emit modulesChanged();
-            emit chartChanged();
+            chart_.show(log);
             search();
         });
         const Restorer restorer(services.auditLog(), services.fileManager());
@@ -199,9 +188,7 @@ void AuditModel::refresh() {
         post([this, operations] { showPutBack(operations); });
         const AuditChainResult result = services.auditLog().verifyChain();
         return Work::Step([this, result, warning = services.keyWarning().value_or("")] {
-            integrity_ = result;
-            keyWarning_ = Texts::sentence(warning);
-            emit integrityChanged();
+            chain_.show(result, warning);
             if (std::exchange(readsAgain_, false)) {
                 refresh();
             }
@@ -222,7 +209,7 @@ void AuditModel::search() {
         });
 }
 
-void AuditModel::show(std::shared_ptr<const Log> log, std::vector<std::size_t> places) {
+void AuditModel::show(std::shared_ptr<const AuditReading> log, std::vector<std::size_t> places) {
     std::vector<Row> rows;
     rows.reserve(places.size());
     std::size_t day = 0;
@@ -310,130 +297,6 @@ void AuditModel::setModule(int module) {
         emit modulesChanged();
         search();
     }
-}
-
-// The chain
-
-AuditModel::Integrity AuditModel::integrity() const {
-    if (!integrity_) {
-        return Unknown;
-    }
-    switch (integrity_->coverage) {
-    case AuditChainResult::Coverage::verified:
-        return Verified;
-    case AuditChainResult::Coverage::broken:
-        return Broken;
-    case AuditChainResult::Coverage::unverifiable:
-        return Unverifiable;
-    case AuditChainResult::Coverage::empty:
-        break;
-    }
-    return NothingToVerify;
-}
-
-QString AuditModel::integrityText() const {
-    return integrity_ ? Texts::sentence(integrityMessage(*integrity_)) : QString();
-}
-
-QString AuditModel::integrityBadge() const {
-    return integrity() == Unverifiable ? Texts::sentence(AuditText::notVerifiable) : QString();
-}
-
-void AuditModel::acknowledge(const QString& reason) {
-    if (!integrity_ || !integrity_->firstBrokenOperationID || reason.trimmed().isEmpty() ||
-        writing_.isRunning()) {
-        return;
-    }
-    writing_.start([this, &services = services_, broken = *integrity_->firstBrokenOperationID,
-                    text = reason.trimmed().toStdString()](const Work::Post&) {
-        std::string problem;
-        try {
-            (void)services.auditLog().recordChainRestart(text, broken);
-        } catch (const std::exception& error) {
-            problem = localizedDescription(error);
-        }
-        return Work::Step([this, problem] {
-            showProblem(
-                problem.empty()
-                    ? QString()
-                    : tr("The note could not be written to the log: %1").arg(Texts::data(problem)));
-            if (problem.empty()) {
-                emit recorded();
-            }
-        });
-    });
-}
-
-// The chart
-
-QStringList AuditModel::periods() {
-    return {Texts::sentence(label(ChartPeriod::daily)),
-            Texts::sentence(label(ChartPeriod::weekly))};
-}
-
-void AuditModel::setPeriod(int period) {
-    const ChartPeriod wanted = period == 0 ? ChartPeriod::daily : ChartPeriod::weekly;
-    if (wanted != period_) {
-        period_ = wanted;
-        emit chartChanged();
-    }
-}
-
-const std::vector<ChartBar>& AuditModel::chart() const {
-    static const std::vector<ChartBar> none;
-    return log_ ? log_->bars[static_cast<std::size_t>(period_)] : none;
-}
-
-std::int64_t AuditModel::periodBytes() const {
-    std::int64_t sum = 0;
-    for (const ChartBar& bar : chart()) {
-        sum = checkedAdd(sum, bar.bytes);
-    }
-    return sum;
-}
-
-std::int64_t AuditModel::axisTop() const {
-    std::int64_t most = 0;
-    for (const ChartBar& bar : chart()) {
-        most = std::max(most, bar.bytes);
-    }
-    return axisAmounts(most).back();
-}
-
-QVariantList AuditModel::bars() const {
-    const auto top = static_cast<double>(axisTop());
-    QVariantList bars;
-    for (const ChartBar& bar : chart()) {
-        bars.append(QVariantMap{
-            {QStringLiteral("label"), Texts::sentence(bar.label)},
-            {QStringLiteral("text"),
-             tr("%1: %2").arg(Texts::sentence(bar.label), Texts::bytes(bar.bytes))},
-            {QStringLiteral("share"), std::clamp(static_cast<double>(bar.bytes) / top, 0.0, 1.0)}});
-    }
-    return bars;
-}
-
-QVariantList AuditModel::ticks() const {
-    const std::int64_t top = axisTop();
-    QVariantList ticks;
-    for (const std::int64_t amount : axisAmounts(top)) {
-        ticks.append(QVariantMap{
-            {QStringLiteral("text"), Texts::bytes(amount)},
-            {QStringLiteral("share"), static_cast<double>(amount) / static_cast<double>(top)}});
-    }
-    return ticks;
-}
-
-QString AuditModel::periodText() const {
-    return periodIsEmpty() ? QString() : Texts::bytes(periodBytes());
-}
-
-QString AuditModel::operationsText() const {
-    return log_ ? Texts::count(static_cast<std::int64_t>(log_->entries.size())) : QString();
-}
-
-QString AuditModel::lifetimeText() const {
-    return log_ ? Texts::bytes(log_->lifetimeReclaimed) : QString();
 }
 
 // Actions

@@ -156,7 +156,8 @@ Page {
                 }
                 header: AuditChart {
                     width: list.width
-                    audit: page.audit
+                    chart: page.audit.chart
+                    words: page.words
                 }
                 footer: Item {
                     width: list.width
@@ -227,7 +228,7 @@ Page {
         action: qsTr("Acknowledge")
         actionEnabled: reason.text.trim() !== ""
         onAboutToShow: reason.clear()
-        onAccepted: page.audit.acknowledge(reason.text)
+        onAccepted: page.audit.chain.acknowledge(reason.text)
         TextField {
             id: reason
             objectName: "acknowledgeReason"
