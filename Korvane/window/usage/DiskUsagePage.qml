@@ -59,62 +59,13 @@ Page {
         }
     }
 
-    // Where there is nothing to show yet.
-    ColumnLayout {
+    UsageStart {
         visible: page.isIdle
         anchors.centerIn: parent
         width: Math.min(parent.width - 80, Math.round(480 * Math.max(1, Theme.scale)))
-        spacing: 0
-        Rectangle {
-            Layout.alignment: Qt.AlignHCenter
-            implicitWidth: 104
-            implicitHeight: 104
-            radius: 30
-            color: Theme.selected
-            Icon { anchors.centerIn: parent; name: page.tool.iconName; size: 52; colour: Theme.accentText }
-        }
-        Label {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: Theme.s4
-            text: page.tool.title
-            kind: "title"
-            font.pixelSize: Theme.title + 6
-            Accessible.role: Accessible.Heading
-        }
-        Label {
-            Layout.fillWidth: true
-            Layout.topMargin: Theme.s2
-            text: page.tool.blurb
-            wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignHCenter
-            color: Theme.textMuted
-            font.pixelSize: Theme.subtitle - 1
-        }
-        Button {
-            objectName: "measureHomeButton"
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: Theme.s5
-            implicitHeight: Math.max(42, Theme.controlHeight + 8)
-            horizontalPadding: 24
-            focus: true
-            highlighted: true
-            text: qsTr("Measure my home folder")
-            icon.name: "home"
-            onClicked: page.usage.openHome()
-        }
-        Button {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: Theme.s2
-            flat: true
-            text: qsTr("Choose folder…")
-            onClicked: page.choose()
-        }
-        Label {
-            Layout.alignment: Qt.AlignHCenter
-            Layout.topMargin: Theme.s2
-            text: qsTr("You can also drop a folder here. Nothing is changed.")
-            kind: "small"
-        }
+        usage: page.usage
+        tool: page.tool
+        onFolderWanted: page.choose()
     }
 
     ColumnLayout {
@@ -165,182 +116,34 @@ Page {
             Layout.fillHeight: true
             visible: page.usage.state === DiskUsageModel.Shown
             spacing: Theme.s4
-            Item {
+            UsageMap {
+                id: map
                 Layout.fillWidth: true
                 Layout.fillHeight: true
                 Layout.minimumWidth: 200
-                TreemapItem {
-                    id: map
-                    objectName: "treemap"
-                    anchors.fill: parent
-                    activeFocusOnTab: true
-                    model: page.usage
-                    colours: page.colours
-                    base: Theme.mapBase
-                    family: Theme.family
-                    textSize: Theme.caption
-                    onOpened: row => page.usage.enter(row)
-                    onMenuRequested: row => page.showMenu(row)
-                    onCurrentChanged: list.currentIndex = current
-                    Keys.onLeftPressed: move(-1, 0)
-                    Keys.onRightPressed: move(1, 0)
-                    Keys.onUpPressed: move(0, -1)
-                    Keys.onDownPressed: move(0, 1)
-                    Keys.onReturnPressed: page.usage.enter(current)
-                    Keys.onEnterPressed: page.usage.enter(current)
-                    Keys.onMenuPressed: page.showMenu(current)
-                    Keys.onPressed: event => page.leave(event)
-                    Accessible.role: Accessible.Graphic
-                    Accessible.focusable: true
-                    Accessible.name: qsTr("Map of %1").arg(page.usage.folderPath)
-                    Accessible.description: footer.path !== "" ? footer.path + ", " + footer.figures
-                        : qsTr("The arrow keys move between entries, Enter opens a folder, Backspace goes up. The list beside it has the same entries.")
-                }
-                Rectangle {
-                    visible: width > 0
-                    x: map.hoveredArea.x
-                    y: map.hoveredArea.y
-                    width: map.hoveredArea.width
-                    height: map.hoveredArea.height
-                    color: "#30FFFFFF"
-                    border.color: Theme.text
-                }
-                Rectangle {
-                    visible: map.currentArea.width > 0
-                    x: map.currentArea.x - 1
-                    y: map.currentArea.y - 1
-                    width: map.currentArea.width + 2
-                    height: map.currentArea.height + 2
-                    color: "transparent"
-                    border.color: Theme.text
-                    border.width: map.activeFocus ? 3 : 2
-                }
-                Rectangle {
-                    visible: map.activeFocus && map.current < 0
-                    anchors.fill: parent
-                    anchors.margins: -3
-                    color: "transparent"
-                    border.color: Theme.accent
-                    border.width: 2
-                    radius: 3
-                }
-                Label {
-                    anchors.centerIn: parent
-                    visible: list.count === 0
-                    text: qsTr("Nothing is in this folder.")
-                    color: Theme.textMuted
-                }
+                usage: page.usage
+                colours: page.colours
+                empty: list.count === 0
+                spoken: footer.path !== "" ? footer.path + ", " + footer.figures : ""
+                onCurrentChanged: list.currentIndex = current
+                onMenuWanted: row => page.showMenu(row)
+                onLeaveWanted: event => page.leave(event)
             }
             Card {
                 Layout.preferredWidth: Math.round(248 * Math.max(1, Math.min(1.3, Theme.scale)))
                 Layout.fillHeight: true
-                ListView {
+                UsageList {
                     id: list
                     objectName: "usageList"
                     anchors.fill: parent
                     anchors.margins: 6
-                    clip: true
-                    reuseItems: true
-                    activeFocusOnTab: true
-                    model: page.usage
-                    currentIndex: -1
-                    highlightMoveDuration: 0
-                    boundsBehavior: Flickable.StopAtBounds
-                    ScrollBar.vertical: ScrollBar {}
-                    Accessible.role: Accessible.List
-                    Accessible.name: qsTr("Entries, largest first")
+                    usage: page.usage
+                    colours: page.colours
+                    hovered: map.hovered
                     onCurrentIndexChanged: if (activeFocus) map.current = currentIndex
-                    onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0) currentIndex = 0
-                    Keys.onReturnPressed: page.usage.enter(currentIndex)
-                    Keys.onEnterPressed: page.usage.enter(currentIndex)
-                    Keys.onMenuPressed: page.showMenu(currentIndex)
-                    Keys.onPressed: event => page.leave(event)
-                    delegate: Item {
-                        id: row
-                        required property int index
-                        required property string name
-                        required property string sizeText
-                        required property string shareText
-                        required property real bar
-                        required property int kind
-                        required property string iconName
-                        required property string spoken
-                        readonly property color colour: page.colours[kind]
-                        width: list.width
-                        height: Math.round(46 * Math.max(1, Theme.scale))
-                        Accessible.role: Accessible.ListItem
-                        Accessible.name: spoken
-                        Accessible.selected: ListView.isCurrentItem
-                        Rectangle {
-                            anchors.fill: parent
-                            anchors.rightMargin: 8
-                            radius: Theme.radius
-                            color: row.ListView.isCurrentItem ? Theme.selected
-                                 : map.hovered === row.index ? Theme.hover : "transparent"
-                            border.width: row.ListView.isCurrentItem && list.activeFocus ? 2 : 0
-                            border.color: Theme.accent
-                        }
-                        Icon {
-                            id: icon
-                            anchors { left: parent.left; leftMargin: 8; top: parent.top; topMargin: 8 }
-                            name: row.iconName
-                            size: 16
-                            colour: row.colour
-                        }
-                        Label {
-                            id: nameLabel
-                            anchors { left: icon.right; leftMargin: 8; right: sizeLabel.left; rightMargin: 8; top: parent.top; topMargin: 6 }
-                            text: row.name
-                            elide: Text.ElideMiddle
-                            Accessible.ignored: true
-                        }
-                        Label {
-                            id: sizeLabel
-                            anchors { right: parent.right; rightMargin: 16; baseline: nameLabel.baseline }
-                            text: row.sizeText
-                            font.weight: Font.Medium
-                            Accessible.ignored: true
-                        }
-                        Rectangle {
-                            id: track
-                            anchors { left: nameLabel.left; right: shareLabel.left; rightMargin: 8; verticalCenter: shareLabel.verticalCenter }
-                            height: 4
-                            radius: 2
-                            color: Theme.track
-                            Rectangle { anchors.left: parent.left; width: Math.round(parent.width * row.bar); height: 4; radius: 2; color: row.colour }
-                        }
-                        Label {
-                            id: shareLabel
-                            anchors { right: sizeLabel.right; bottom: parent.bottom; bottomMargin: 5 }
-                            text: row.shareText
-                            kind: "caption"
-                            width: Math.max(implicitWidth, 42 * Theme.scale)
-                            horizontalAlignment: Text.AlignRight
-                            Accessible.ignored: true
-                        }
-                        HoverHandler {
-                            id: hover
-                            onHoveredChanged: {
-                                if (hovered)
-                                    map.hovered = row.index
-                                else if (map.hovered === row.index)
-                                    map.hovered = -1
-                            }
-                        }
-                        TapHandler {
-                            acceptedButtons: Qt.LeftButton | Qt.RightButton
-                            onTapped: (point, button) => {
-                                list.forceActiveFocus(Qt.MouseFocusReason)
-                                list.currentIndex = row.index
-                                if (button === Qt.RightButton)
-                                    page.showMenu(row.index)
-                            }
-                            onDoubleTapped: (point, button) => { if (button === Qt.LeftButton) page.usage.enter(row.index) }
-                        }
-                        ToolTip.visible: hover.hovered && nameLabel.truncated
-                        ToolTip.delay: 500
-                        ToolTip.text: row.name
-                    }
+                    onHoverChanged: row => map.hovered = row
+                    onMenuWanted: row => page.showMenu(row)
+                    onLeaveWanted: event => page.leave(event)
                 }
             }
         }
@@ -403,61 +206,11 @@ Page {
                 ToolTip.text: text
             }
         }
-        Card {
+        UsageWaiting {
             Layout.fillWidth: true
             Layout.fillHeight: true
             visible: page.usage.state !== DiskUsageModel.Shown
-            ColumnLayout {
-                id: waiting
-                readonly property bool isMeasuring: page.usage.state === DiskUsageModel.Measuring
-                // What is known already comes at once: it would only flicker.
-                visible: !isMeasuring || patience.isOver
-                anchors.centerIn: parent
-                width: Math.min(parent.width - 64, 560)
-                spacing: Theme.s4
-                onIsMeasuringChanged: patience.begin()
-                Timer {
-                    id: patience
-                    property bool isOver: false
-                    interval: 150
-                    running: true
-                    function begin() { isOver = false; restart() }
-                    onTriggered: isOver = true
-                }
-                ProgressRing {
-                    Layout.alignment: Qt.AlignHCenter
-                    visible: waiting.isMeasuring
-                    implicitWidth: 72
-                    implicitHeight: 72
-                    value: 0
-                    busy: waiting.isMeasuring
-                    still: Theme.calm === 0
-                    thickness: 7
-                    colour: Theme.accent
-                    track: Theme.track
-                    Accessible.role: Accessible.ProgressBar
-                    Accessible.name: page.usage.message
-                }
-                Icon { Layout.alignment: Qt.AlignHCenter; visible: !waiting.isMeasuring; name: "warning"; size: 40; colour: Theme.riskInk[2] }
-                Label {
-                    objectName: "usageMessage"
-                    Layout.fillWidth: true
-                    text: page.usage.message
-                    wrapMode: Text.Wrap
-                    horizontalAlignment: Text.AlignHCenter
-                }
-                Button {
-                    Layout.alignment: Qt.AlignHCenter
-                    text: waiting.isMeasuring ? qsTr("Stop") : qsTr("Try again")
-                    icon.name: waiting.isMeasuring ? "stop" : "restore"
-                    onClicked: {
-                        if (waiting.isMeasuring)
-                            page.usage.stop()
-                        else
-                            page.usage.goTo(page.usage.crumbs.length - 1)
-                    }
-                }
-            }
+            usage: page.usage
         }
     }
     function leave(event: var) {
