@@ -178,6 +178,11 @@ class ToolModelTests : public QObject {
         results.keep(rowOf(results, "three"));
         const int kept = rowOf(results, "three");
         QCOMPARE(results.index(kept).data(ResultModel::Mark).toString(), QStringLiteral("Stays"));
+        // Copies of one name are told apart by ear too.
+        const QString spoken = results.index(kept).data(ResultModel::Spoken).toString();
+        QVERIFY2(spoken.contains(results.index(kept).data(ResultModel::Subtitle).toString()) &&
+                     spoken.endsWith(QStringLiteral("Stays")),
+                 qUtf8Printable(spoken));
         results.toggle(kept);
         QCOMPARE(refusals.count(), 1);
         QVERIFY(!tool.prepare().isEmpty());

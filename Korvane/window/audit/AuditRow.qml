@@ -32,7 +32,7 @@ Item {
 
     width: owner ? owner.width : 0
     height: Theme.rowHeight
-    Accessible.role: isDay ? Accessible.Heading : isOperation ? Accessible.TreeItem : Accessible.ListItem
+    Accessible.role: isDay ? Accessible.Heading : Accessible.ListItem
     Accessible.name: spoken
     Accessible.description: foldable ? foldText : ""
     Accessible.focusable: true

@@ -29,11 +29,6 @@ std::size_t protectedOf(const std::vector<BinContent>& bins) {
         [](std::size_t sum, const auto& bin) { return sum + bin.protectedCount; });
 }
 
-QString itemsText(std::size_t count) {
-    return count == 1 ? BinModel::tr("1 item")
-                      : BinModel::tr("%1 items").arg(Texts::count(static_cast<qint64>(count)));
-}
-
 QString homeTitle() {
     return BinModel::tr("Home folder");
 }
@@ -81,7 +76,8 @@ QVariant BinModel::data(const QModelIndex& index, int role) const {
     const BinContent& content = bins_[static_cast<std::size_t>(index.row())];
     const FileURL& url = content.bin.url;
     const QString size = Texts::bytes(content.bin.sizeBytes);
-    const QString count = content.isReadable ? itemsText(content.names.size()) : QString();
+    const QString count =
+        content.isReadable ? Texts::items(static_cast<qint64>(content.names.size())) : QString();
     switch (role) {
     case Qt::DisplayRole:
     case Title:
@@ -117,7 +113,7 @@ QString BinModel::totalText() const {
 }
 
 QString BinModel::countText() const {
-    const QString items = itemsText(entriesOf(bins_));
+    const QString items = Texts::items(static_cast<qint64>(entriesOf(bins_)));
     return bins_.size() == 1 ? tr("in 1 Bin, %1").arg(items)
                              : tr("in %1 Bins, %2").arg(Texts::count(rowCount()), items);
 }
@@ -166,7 +162,7 @@ QVariantMap BinModel::ask(std::vector<BinContent> bins) {
         return {};
     }
     const std::vector<ScanItem> items = itemsOf(pending_);
-    const QString count = itemsText(entriesOf(pending_));
+    const QString count = Texts::items(static_cast<qint64>(entriesOf(pending_)));
     const QString warning = Texts::sentence(emptyingWarning(items));
     const FileURL& first = items.front().url;
     const bool isOne = items.size() == 1;

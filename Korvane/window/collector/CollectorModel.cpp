@@ -46,9 +46,12 @@ QString CollectorModel::countText() const {
     return Texts::count(count());
 }
 
+QString CollectorModel::name() const {
+    return count() == 0 ? tr("Collector, empty") : tr("Collector, %1").arg(Texts::items(count()));
+}
+
 QString CollectorModel::summary() const {
-    return tr("%1 %2").arg(count() == 1 ? tr("1 item") : tr("%1 items").arg(Texts::count(count())),
-                           Texts::sentence(CollectorText::staged));
+    return tr("%1 %2").arg(Texts::items(count()), Texts::sentence(CollectorText::staged));
 }
 
 QString CollectorModel::totalText() const {

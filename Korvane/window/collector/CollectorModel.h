@@ -25,6 +25,8 @@ class CollectorModel : public QAbstractListModel {
     QML_UNCREATABLE("There is one, in WindowContext")
     Q_PROPERTY(int count READ count NOTIFY changed)
     Q_PROPERTY(QString countText READ countText NOTIFY changed)
+    /// What it is called where only its icon is shown: "Collector, 3 items".
+    Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
     Q_PROPERTY(QString totalText READ totalText NOTIFY changed)
     Q_PROPERTY(QString deleteTitle READ deleteTitle NOTIFY changed)
@@ -47,6 +49,7 @@ class CollectorModel : public QAbstractListModel {
 
     [[nodiscard]] int count() const { return static_cast<int>(items_.size()); }
     [[nodiscard]] QString countText() const;
+    [[nodiscard]] QString name() const;
     [[nodiscard]] QString summary() const;
     [[nodiscard]] QString totalText() const;
     [[nodiscard]] QString deleteTitle() const;

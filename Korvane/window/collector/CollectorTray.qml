@@ -39,7 +39,7 @@ Rectangle {
             display: AbstractButton.IconOnly
             icon.name: "collector"
             flat: true
-            text: tray.model.count > 0 ? qsTr("Collector, %1 items").arg(tray.model.countText) : qsTr("Collector, empty")
+            text: tray.model.name
             onClicked: tray.open = true
             ToolTip.visible: hovered
             ToolTip.delay: 400

@@ -39,10 +39,8 @@ QVariantMap diskValues(const Volume& volume) {
 QVariantMap scanValues(const ScanSummary& scan) {
     QString found = DashboardModel::tr("Nothing found");
     if (scan.itemCount > 0) {
-        found = scan.itemCount == 1 ? DashboardModel::tr("%1 in 1 item")
-                                    : DashboardModel::tr("%1 in %2 items")
-                                          .arg(QStringLiteral("%1"), Texts::count(scan.itemCount));
-        found = found.arg(Texts::bytes(scan.totalBytes));
+        found = DashboardModel::tr("%1 in %2")
+                    .arg(Texts::bytes(scan.totalBytes), Texts::items(scan.itemCount));
     }
     return {{QStringLiteral("toolID"), Texts::sentence(scan.scannerID)},
             {QStringLiteral("name"), Texts::data(moduleName(scan.scannerID))},

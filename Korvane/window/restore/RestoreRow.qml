@@ -29,7 +29,7 @@ Item {
 
     width: owner ? owner.width : 0
     height: Theme.rowHeight
-    Accessible.role: isOperation ? Accessible.TreeItem : Accessible.ListItem
+    Accessible.role: Accessible.ListItem
     Accessible.name: spoken
     Accessible.focusable: true
     Accessible.selected: current

@@ -26,27 +26,22 @@ Rectangle {
             }
             Label { text: "Korvane"; kind: "subtitle"; font.pixelSize: Theme.subtitle + 1 }
         }
-        // All rows at once in a column: a list view guesses where rows of other heights are.
-        Flickable {
+        FocusScope {
             id: list
             objectName: "navigationList"
             property int currentIndex: -1
             readonly property int count: rows.count
             Layout.fillWidth: true
             Layout.fillHeight: true
-            clip: true
             focus: true
             activeFocusOnTab: true
-            contentHeight: column.implicitHeight + 12
-            boundsBehavior: Flickable.StopAtBounds
             Accessible.role: Accessible.List
             Accessible.name: qsTr("Screens")
-            ScrollBar.vertical: ScrollBar {}
             function reveal() {
                 const item = rows.itemAt(currentIndex)
                 if (item)
-                    contentY = Math.max(0, Math.min(contentHeight - height,
-                        Math.min(item.y, Math.max(contentY, item.y + item.height + 12 - height))))
+                    flick.contentY = Math.max(0, Math.min(flick.contentHeight - height,
+                        Math.min(item.y, Math.max(flick.contentY, item.y + item.height + 12 - height))))
             }
             onCurrentIndexChanged: {
                 reveal()
@@ -63,45 +58,56 @@ Rectangle {
                 default: event.accepted = false
                 }
             }
-            Column {
-                id: column
-                width: list.width
-                topPadding: 2
-                Repeater {
-                    id: rows
-                    model: WindowContext.navigation
-                    Column {
-                        id: place
-                        required property int index
-                        required property string title
-                        required property string iconName
-                        required property string heading
-                        required property string badge
-                        readonly property bool current: list.currentIndex === index
-                        width: column.width
-                        Item {
-                            visible: place.heading !== ""
-                            width: parent.width
-                            height: Theme.controlHeight
-                            Label {
-                                anchors { left: parent.left; leftMargin: 20; bottom: parent.bottom; bottomMargin: 6 }
-                                text: place.heading
-                                kind: "caption"
-                                color: Theme.textFaint
-                                font.weight: Font.DemiBold
-                                Accessible.role: Accessible.Heading
+            // All rows at once in a column: a list view guesses where rows of other heights are.
+            Flickable {
+                id: flick
+                anchors.fill: parent
+                clip: true
+                contentHeight: column.implicitHeight + 12
+                boundsBehavior: Flickable.StopAtBounds
+                ScrollBar.vertical: ScrollBar {}
+                Column {
+                    id: column
+                    width: flick.width
+                    topPadding: 2
+                    Repeater {
+                        id: rows
+                        model: WindowContext.navigation
+                        Column {
+                            id: place
+                            required property int index
+                            required property string title
+                            required property string iconName
+                            required property string heading
+                            required property string badge
+                            readonly property bool current: list.currentIndex === index
+                            width: column.width
+                            Item {
+                                visible: place.heading !== ""
+                                width: parent.width
+                                height: Theme.controlHeight
+                                Label {
+                                    anchors { left: parent.left; leftMargin: 20; bottom: parent.bottom; bottomMargin: 6 }
+                                    text: place.heading
+                                    kind: "caption"
+                                    color: Theme.textFaint
+                                    font.weight: Font.DemiBold
+                                    Accessible.role: Accessible.Heading
+                                }
                             }
-                        }
-                        SidebarRow {
-                            width: parent.width
-                            title: place.title
-                            iconName: place.iconName
-                            badge: place.badge
-                            current: place.current
-                            marked: place.current && list.activeFocus
-                            onClicked: {
-                                list.currentIndex = place.index
-                                list.forceActiveFocus(Qt.MouseFocusReason)
+                            SidebarRow {
+                                width: parent.width
+                                title: place.title
+                                iconName: place.iconName
+                                badge: place.badge
+                                current: place.current
+                                // The keys belong to the list; the focus tells a screen reader where it is.
+                                focus: place.current
+                                marked: place.current && list.activeFocus
+                                onClicked: {
+                                    list.currentIndex = place.index
+                                    list.forceActiveFocus(Qt.MouseFocusReason)
+                                }
                             }
                         }
                     }

@@ -19,6 +19,7 @@ ItemDelegate {
     Accessible.name: badge ? qsTr("%1, %2").arg(title).arg(badge) : title
     Accessible.selected: current
     Accessible.focusable: true
+    Accessible.onPressAction: item.clicked()
     contentItem: Item {
         Icon {
             anchors { left: parent.left; leftMargin: 20; verticalCenter: parent.verticalCenter }

@@ -32,6 +32,11 @@ QString count(std::int64_t number) {
     return QLocale().toString(static_cast<qlonglong>(number));
 }
 
+QString items(std::int64_t number) {
+    return number == 1 ? QCoreApplication::translate("Texts", "1 item")
+                       : QCoreApplication::translate("Texts", "%1 items").arg(count(number));
+}
+
 QDateTime dateTime(const Date& date) {
     return QDateTime::fromSecsSinceEpoch(date.unixSeconds());
 }

@@ -22,6 +22,8 @@ namespace korvane::Texts {
 [[nodiscard]] QString bytes(std::int64_t count);
 /// "12,345".
 [[nodiscard]] QString count(std::int64_t number);
+/// "1 item", "12,345 items".
+[[nodiscard]] QString items(std::int64_t number);
 
 [[nodiscard]] QDateTime dateTime(const Date& date);
 [[nodiscard]] QString day(const Date& date);        ///< "5 Mar 2026"

@@ -73,9 +73,9 @@ void PrivilegedModel::confirm() {
 void PrivilegedModel::tell(const PrivilegedRemoval& removal) {
     QStringList sentences;
     if (!removal.result.removed.empty()) {
-        sentences << tr("Removed %1 items, %2.")
+        sentences << tr("Removed %1, %2.")
                          .arg(
-                             Texts::count(static_cast<std::int64_t>(removal.result.removed.size())),
+                             Texts::items(static_cast<std::int64_t>(removal.result.removed.size())),
                              Texts::bytes(removal.bytesReclaimed));
     }
     if (const auto sentence = notice(removal.result)) {

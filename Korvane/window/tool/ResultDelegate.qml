@@ -38,11 +38,12 @@ Item {
     LayoutMirroring.enabled: false
     LayoutMirroring.childrenInherit: true
 
-    Accessible.role: isGroup ? Accessible.TreeItem : Accessible.ListItem
+    Accessible.role: Accessible.ListItem
     Accessible.name: spoken
     Accessible.description: reason
     Accessible.checkable: tickable
     Accessible.checked: ticked === Qt.Checked
+    Accessible.checkStateMixed: ticked === Qt.PartiallyChecked
     Accessible.selected: current
     Accessible.focusable: true
     Accessible.onToggleAction: row.toggled(row.index)

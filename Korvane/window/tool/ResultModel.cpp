@@ -91,10 +91,11 @@ QVariant ResultModel::valueOfGroup(const Row& row, int role) const {
     case Picture:
         return texts().pictureKept(group);
     case Spoken:
-        return tr("%1, %2 items, %3")
+        return tr("%1, %2, %3, %4")
             .arg(texts().groupTitle(group),
-                 Texts::count(static_cast<std::int64_t>(group.items.size())),
-                 Texts::bytes(group.reclaimable));
+                 Texts::items(static_cast<std::int64_t>(group.items.size())),
+                 Texts::bytes(group.reclaimable),
+                 closed_.contains(group.category) ? tr("collapsed") : tr("expanded"));
     case DateText:
     case Mark:
         return QString();
@@ -139,12 +140,23 @@ QVariant ResultModel::valueOfItem(const Row& row, int role) const {
     case Picture:
         return texts().picture(shown);
     case Spoken:
-        return tr("%1, %2, %3, %4 risk")
-            .arg(Texts::data(shown.url.lastPathComponent()), Texts::bytes(shown.sizeBytes), date(),
-                 Texts::sentence(rawValue(table_.risk(item))));
+        return spokenItem(item, date());
     default:
         return {};
     }
+}
+
+QString ResultModel::spokenItem(std::size_t item, const QString& date) const {
+    const ScanItem& shown = table_.items()[item];
+    // With its folder: copies of a file often share the name.
+    QStringList parts{tr("%1 in %2")
+                          .arg(Texts::data(shown.url.lastPathComponent()),
+                               Texts::path(shown.url.deletingLastPathComponent().path(), home_)),
+                      Texts::bytes(shown.sizeBytes), date,
+                      tr("%1 risk").arg(Texts::sentence(rawValue(table_.risk(item)))),
+                      texts().mark(item)};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(", "));
 }
 
 void ResultModel::show(ReviewTable table, ReviewSelection selection) {
@@ -209,7 +221,7 @@ int ResultModel::groupRow(int row) const {
 
 void ResultModel::tellSelection(int first, int last) {
     if (first <= last) {
-        emit dataChanged(index(first), index(last), {Ticked, Mark});
+        emit dataChanged(index(first), index(last), {Ticked, Mark, Spoken});
     }
     emit selectionChanged();
 }
@@ -274,7 +286,7 @@ void ResultModel::setOpen(int row, bool open) {
     } else {
         endRemoveRows();
     }
-    emit dataChanged(index(row), index(row), {Open});
+    emit dataChanged(index(row), index(row), {Open, Spoken});
 }
 
 void ResultModel::toggleOpen(int row) {
@@ -352,9 +364,9 @@ QString ResultModel::totalText() const {
 
 QString ResultModel::countText() const {
     if (filter_.isEmpty()) {
-        return tr("in %1 items").arg(Texts::count(totalCount()));
+        return tr("in %1").arg(Texts::items(totalCount()));
     }
-    return tr("in %1 of %2 items").arg(Texts::count(foundCount()), Texts::count(totalCount()));
+    return tr("in %1 of %2").arg(Texts::count(foundCount()), Texts::items(totalCount()));
 }
 
 ResultModel::Order ResultModel::order() const {
@@ -383,17 +395,16 @@ int ResultModel::selectionWarning() const {
 }
 
 QString ResultModel::selectionDetail() const {
-    const QString all = Texts::count(static_cast<std::int64_t>(selection_.count()));
+    const QString all = Texts::items(static_cast<std::int64_t>(selection_.count()));
     if (const std::size_t hidden = hiddenCount(); hidden > 0) {
-        return tr("%1 items, %2 of them not shown by the search")
+        return tr("%1, %2 not shown by the search")
             .arg(all, Texts::count(static_cast<std::int64_t>(hidden)));
     }
     if (selection_.highRiskCount() > 0) {
-        return tr("%1 items, %2 of them of high risk")
+        return tr("%1, %2 of high risk")
             .arg(all, Texts::count(static_cast<std::int64_t>(selection_.highRiskCount())));
     }
-    return selection_.count() == 0 ? tr("Tick what may go.")
-                                   : tr("%1 items, none of them of high risk").arg(all);
+    return selection_.count() == 0 ? tr("Tick what may go.") : tr("%1, none of high risk").arg(all);
 }
 
 QString ResultModel::changeText() const {

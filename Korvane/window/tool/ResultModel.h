@@ -135,6 +135,7 @@ class ResultModel : public QAbstractListModel {
     [[nodiscard]] std::size_t hiddenCount() const;
     [[nodiscard]] QVariant valueOfGroup(const Row& row, int role) const;
     [[nodiscard]] QVariant valueOfItem(const Row& row, int role) const;
+    [[nodiscard]] QString spokenItem(std::size_t item, const QString& date) const;
     [[nodiscard]] Qt::CheckState groupState(const ReviewTable::Group& group) const;
 
     FileURL home_;
