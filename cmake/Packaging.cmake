@@ -43,11 +43,13 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # unpacks a release, so libarchive is not among them.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libvips42, libsecret-1-0, libcurl4, ca-certificates")
 if(TARGET korvane-app)
-  # The modules of the window's QML are loaded at run time too.
+  # The modules of the window's QML are loaded at run time too; with the last, folders are chosen in
+  # the desktop's own dialog.
   string(APPEND CPACK_DEBIAN_PACKAGE_RECOMMENDS ", qml6-module-qtquick, qml6-module-qtquick-controls,"
     " qml6-module-qtquick-layouts, qml6-module-qtquick-templates, qml6-module-qtquick-window,"
     " qml6-module-qtquick-dialogs, qml6-module-qt-labs-folderlistmodel, qml6-module-qtqml,"
-    " qml6-module-qtqml-workerscript, qt6-qpa-plugins, qt6-wayland, fonts-inter")
+    " qml6-module-qtqml-workerscript, qt6-qpa-plugins, qt6-wayland, fonts-inter,"
+    " qt6-gtk-platformtheme")
 endif()
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "pkexec | sudo")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

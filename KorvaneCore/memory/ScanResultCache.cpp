@@ -175,6 +175,11 @@ void ScanResultCache::removeAll() {
     }
 }
 
+bool ScanResultCache::has(std::string_view scannerID) const {
+    const std::lock_guard serial(queue_);
+    return access(fileURL(scannerID).path().c_str(), F_OK) == 0;
+}
+
 std::vector<ScanSummary> ScanResultCache::summaries() const {
     std::vector<ScanSummary> found;
     std::vector<FileURL> all;

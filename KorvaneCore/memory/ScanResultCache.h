@@ -31,6 +31,8 @@ class ScanResultCache {
     void save(const ScanResult& result);
     /// The stored result; nothing when there is none or it does not decode.
     [[nodiscard]] std::optional<ScanResult> load(std::string_view scannerID) const;
+    /// Whether there is a file for it, which need not decode.
+    [[nodiscard]] bool has(std::string_view scannerID) const;
     /// What there is, the newest first. Reads through each file without making its items; a file
     /// that is no result is left out. Ends early in a cancelled task.
     [[nodiscard]] std::vector<ScanSummary> summaries() const;

@@ -27,8 +27,10 @@ TEST(ScanResultCache, keepsTheLastResultOfEachScanner) {
     ScanResultCache cache(directory);
     EXPECT_EQ(cache.load("trash"), std::nullopt);
     const ScanResult trash = resultOf("trash", "/a\xFF\nb");
+    EXPECT_FALSE(cache.has("trash"));
     cache.save(resultOf("trash"));
     cache.save(trash);
+    EXPECT_TRUE(cache.has("trash"));
     cache.save(resultOf("large files/ä·9_x-Y"));
     EXPECT_EQ(ScanResultCache(directory).load("trash"), trash);
     EXPECT_THAT(folder.listing("Korvane/ScanCache"),

@@ -107,6 +107,21 @@ class ToolModelTests : public QObject {
         QVERIFY(tool.outcome()->canRestore());
     }
 
+    void offersAnEarlierResultWhereThereIsOne() {
+        ToolModel first = make("cache-cleaner");
+        QSignalSpy looked(&first, &ToolModel::previousFound);
+        first.lookForPrevious();
+        QVERIFY(looked.wait());
+        QVERIFY(!first.hasPrevious());
+        scan(first);
+        ToolModel second = make("cache-cleaner");
+        second.lookForPrevious();
+        QTRY_VERIFY(second.hasPrevious());
+        second.showPrevious();
+        QTRY_COMPARE(second.phase(), ToolModel::Results);
+        QCOMPARE(second.results()->totalCount(), first.results()->totalCount());
+    }
+
     void asksDifferentlyForWhatCannotBeUndone() {
         DeletionPreference::setCurrent(world_->services.defaults(), DeletionMode::permanent);
         ToolModel tool = make("cache-cleaner");

@@ -183,6 +183,7 @@ class WindowTests : public WindowFixture {
         folder().makeFile("home/dropped \xC3\xA9 %41/copy 2", std::string(9000, 'd'));
 
         open("duplicate-finder");
+        QTRY_VERIFY(item("chooseFolderButton")->hasActiveFocus());
         drop(dropped);
         ToolModel* tool = WindowFixture::tool("duplicate-finder");
         QTRY_COMPARE_WITH_TIMEOUT(tool->phase(), ToolModel::Results, patience);

@@ -27,7 +27,7 @@ ApplicationWindow {
     palette {
         window: Theme.window; windowText: Theme.text; base: Theme.surface; text: Theme.text
         button: Theme.raised; buttonText: Theme.text; highlight: Theme.accent
-        highlightedText: Theme.accentInk; mid: Theme.border; dark: Theme.borderStrong
+        highlightedText: Theme.text; mid: Theme.border; dark: Theme.borderStrong
         light: Theme.surface; placeholderText: Theme.textFaint
         toolTipBase: Theme.raised; toolTipText: Theme.text
     }

@@ -11,6 +11,7 @@ FocusScope {
     required property ToolModel model
     signal chooseFolder()
     readonly property bool wantsFolder: model.needs === "folder"
+    Component.onCompleted: model.lookForPrevious()
 
     Flickable {
         anchors.fill: parent
@@ -107,7 +108,13 @@ FocusScope {
                     elide: Text.ElideMiddle
                     Layout.fillWidth: true
                 }
-                Button { text: qsTr("Choose folder…"); onClicked: view.chooseFolder() }
+                // What comes next has the focus: without a folder there is nothing to scan.
+                Button {
+                    objectName: "chooseFolderButton"
+                    focus: !view.model.canScan
+                    text: qsTr("Choose folder…")
+                    onClicked: view.chooseFolder()
+                }
                 Button { text: qsTr("Home folder"); flat: true; onClicked: view.model.useHomeFolder() }
             }
             Button {
@@ -116,7 +123,7 @@ FocusScope {
                 Layout.topMargin: Theme.s5
                 implicitHeight: Math.max(42, Theme.controlHeight + 8)
                 implicitWidth: Math.max(180, implicitContentWidth + 48)
-                focus: true
+                focus: view.model.canScan
                 highlighted: true
                 enabled: view.model.canScan
                 text: qsTr("Scan")
@@ -126,6 +133,7 @@ FocusScope {
             Button {
                 Layout.alignment: Qt.AlignHCenter
                 Layout.topMargin: Theme.s2
+                visible: view.model.hasPrevious
                 flat: true
                 text: qsTr("Show the last result")
                 onClicked: view.model.showPrevious()

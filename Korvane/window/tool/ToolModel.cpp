@@ -205,6 +205,15 @@ void ToolModel::scan() {
     });
 }
 
+void ToolModel::lookForPrevious() {
+    looking_.start([this, &services = services_, id = std::string(tool_.id)](const Work::Post&) {
+        return Work::Step([this, found = services.scanCache().has(id)] {
+            hasPrevious_ = found;
+            emit previousFound();
+        });
+    });
+}
+
 void ToolModel::showPrevious() {
     if (phase_ == Scanning || phase_ == Cleaning) {
         return;

@@ -46,6 +46,8 @@ class ToolModel : public QObject {
     Q_PROPERTY(QString subject READ subject NOTIFY subjectChanged)
     Q_PROPERTY(QUrl folder READ folder NOTIFY subjectChanged)
     Q_PROPERTY(bool canScan READ canScan NOTIFY subjectChanged)
+    /// Whether there is a result to show without a scan, as far as `lookForPrevious` has told.
+    Q_PROPERTY(bool hasPrevious READ hasPrevious NOTIFY previousFound)
     /// Of a Smart Scan, those with anything to find: {id, title, explanation, on}.
     Q_PROPERTY(QVariantList scopes READ scopes NOTIFY scopesChanged)
     Q_PROPERTY(bool isPermanent READ isPermanent NOTIFY modeChanged)
@@ -74,6 +76,7 @@ class ToolModel : public QObject {
     [[nodiscard]] QString subject() const;
     [[nodiscard]] QUrl folder() const;
     [[nodiscard]] bool canScan() const;
+    [[nodiscard]] bool hasPrevious() const { return hasPrevious_; }
     [[nodiscard]] QVariantList scopes() const;
     [[nodiscard]] bool isPermanent() const;
     [[nodiscard]] QString actionTitle() const;
@@ -89,6 +92,7 @@ class ToolModel : public QObject {
     Q_INVOKABLE void setScope(const QString& id, bool on);
 
     Q_INVOKABLE void scan();
+    Q_INVOKABLE void lookForPrevious();
     /// Shows the result of the last scan at once, where there is one.
     Q_INVOKABLE void showPrevious();
     /// Ends a scan or a cleanup early.
@@ -117,6 +121,7 @@ class ToolModel : public QObject {
     void phaseChanged();
     void progressChanged();
     void subjectChanged();
+    void previousFound();
     void scopesChanged();
     void modeChanged();
     void foundChanged();
@@ -152,12 +157,14 @@ class ToolModel : public QObject {
     QString message_;
     double fraction_ = -1;
     QString failure_;
+    bool hasPrevious_ = false;
     bool isPartial_ = false;
     bool wasStopped_ = false;
     double scanSeconds_ = 0;
     QElapsedTimer clock_;
     std::optional<Pending> pending_;
     DeletionMode cleaningMode_ = DeletionMode::trash;
+    Work looking_;
     Work work_; ///< last: ends before what it works with goes
 };
 
