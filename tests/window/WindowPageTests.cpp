@@ -9,6 +9,9 @@
 #include <QSignalSpy>
 #include <set>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 namespace korvane::testing {
 
 class WindowPageTests : public WindowFixture {
@@ -94,37 +97,18 @@ class WindowPageTests : public WindowFixture {
     }
 
     void showsAnUpdateThroughItsPhases() {
-        struct World : UpdaterTest {
-            void TestBody() override {}
-            using UpdaterTest::answer;
-            using UpdaterTest::configuration;
-            using UpdaterTest::publish;
-            using UpdaterTest::release;
-            using UpdaterTest::runningProgram;
-            using UpdaterTest::server;
-            using UpdaterTest::started;
-            using UpdaterTest::system;
-        };
-        const std::unique_ptr<World> world = std::make_unique<World>();
-        show(application().open(
-            services(), {},
-            std::make_unique<UpdateModel>([&] { return world->configuration(); }, world->system)));
+        const std::unique_ptr<World> world = openWithUpdates();
         UpdateModel* updates = context().updates();
-        const auto look = [&](UpdateModel::Phase phase, const char* name) {
-            QTRY_COMPARE_WITH_TIMEOUT(updates->phase(), phase, patience);
-            QTRY_VERIFY(item("updateClose") != nullptr && item("updateClose")->hasActiveFocus());
-            picture(QStringLiteral("update-%1").arg(QLatin1StringView(name)));
-        };
         world->publish("", "1.0");
         updates->check();
-        look(UpdateModel::UpToDate, "up-to-date");
+        lookAt(UpdateModel::UpToDate, "up-to-date");
         press(Qt::Key_Return);
         QTRY_COMPARE(updates->phase(), UpdateModel::Idle);
 
         const ReleaseArchive next = world->release("2.0");
         world->publish(tarArchive(next.entries()), "2.0");
         updates->check();
-        look(UpdateModel::Available, "available");
+        lookAt(UpdateModel::Available, "available");
         press(Qt::Key_Escape); // later
         QTRY_COMPARE(updates->phase(), UpdateModel::Idle);
 
@@ -132,7 +116,7 @@ class WindowPageTests : public WindowFixture {
         updates->check();
         QTRY_COMPARE(updates->phase(), UpdateModel::Available);
         click(item("updateInstall"));
-        look(UpdateModel::Downloading, "downloading");
+        lookAt(UpdateModel::Downloading, "downloading");
         press(Qt::Key_Escape); // a download can be called off
         QTRY_COMPARE_WITH_TIMEOUT(updates->phase(), UpdateModel::Idle, patience);
 
@@ -147,7 +131,53 @@ class WindowPageTests : public WindowFixture {
         application().closeAll(); // before the world that it works in
     }
 
+    void showsWhereAnUpdateIsThatMayNotBeInstalled() {
+        if (geteuid() == 0) {
+            QSKIP("root may install anywhere");
+        }
+        const std::unique_ptr<World> world = openWithUpdates();
+        const ReleaseArchive next = world->release("2.0");
+        world->publish(tarArchive(next.entries()), "2.0");
+        QCOMPARE(chmod(world->folder.at("apps").path().c_str(), 0555), 0);
+        context().updates()->check();
+        QTRY_COMPARE_WITH_TIMEOUT(context().updates()->phase(), UpdateModel::Available, patience);
+        press(Qt::Key_Tab);
+        press(Qt::Key_Return);
+        lookAt(UpdateModel::NeedsManualInstall, "by-hand");
+        QCOMPARE(chmod(world->folder.at("apps").path().c_str(), 0755), 0);
+        application().closeAll();
+    }
+
   private:
+    struct World : UpdaterTest {
+        void TestBody() override {}
+        using UpdaterTest::answer;
+        using UpdaterTest::configuration;
+        using UpdaterTest::folder;
+        using UpdaterTest::publish;
+        using UpdaterTest::release;
+        using UpdaterTest::runningProgram;
+        using UpdaterTest::server;
+        using UpdaterTest::started;
+        using UpdaterTest::system;
+    };
+
+    /// A window that takes its updates from a world of its own, which is closed before that goes.
+    std::unique_ptr<World> openWithUpdates() {
+        auto world = std::make_unique<World>();
+        show(application().open(
+            services(), {},
+            std::make_unique<UpdateModel>([&there = *world] { return there.configuration(); },
+                                          world->system)));
+        return world;
+    }
+
+    void lookAt(UpdateModel::Phase phase, const char* name) const {
+        QTRY_COMPARE_WITH_TIMEOUT(context().updates()->phase(), phase, patience);
+        QTRY_VERIFY(item("updateClose") != nullptr && item("updateClose")->hasActiveFocus());
+        picture(QStringLiteral("update-%1").arg(QLatin1StringView(name)));
+    }
+
     static void collectNameless(QAccessibleInterface* one, const QString& path,
                                 QStringList& nameless) {
         if (one == nullptr || one->state().invisible) {
