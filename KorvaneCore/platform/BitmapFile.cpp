@@ -1,5 +1,7 @@
 #include "KorvaneCore/platform/BitmapFile.h"
 
+#include "KorvaneCore/platform/RowReducer.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -59,74 +61,7 @@ class Bytes {
     std::size_t end_ = 0;
 };
 
-/// Averages whole squares of pixels as rows come in, so that only a little more than the thumbnail
-/// is ever held.
-class RowReducer {
-  public:
-    RowReducer(PixelSize size, int maxSide)
-        : size_(size), block_(std::max(std::max(size.width, size.height) / (2 * maxSide), 1)),
-          reduced_{(size.width + block_ - 1) / block_, (size.height + block_ - 1) / block_},
-          sums_(static_cast<std::size_t>(reduced_.width) * 3) {
-        pixels_.reserve(reduced_.count() * 3);
-    }
-
-    /// `row` has three bytes a pixel.
-    void add(std::span<const std::uint8_t> row) {
-        std::size_t target = 0;
-        for (int x = 0, left = block_; x < size_.width; ++x) {
-            const std::size_t source = static_cast<std::size_t>(x) * 3;
-            sums_[target] += row[source];
-            sums_[target + 1] += row[source + 1];
-            sums_[target + 2] += row[source + 2];
-            if (--left == 0) {
-                left = block_;
-                target += 3;
-            }
-        }
-        ++rows_;
-        if (++rowsInBlock_ == block_ || rows_ == size_.height) {
-            finishBlocks();
-        }
-    }
-
-    [[nodiscard]] Thumbnail take(int maxSide, bool isBottomUp) const {
-        Thumbnail thumbnail{size_.fitting(maxSide)};
-        const auto small = resampled(pixels_, reduced_, thumbnail.size, 3);
-        const auto width = static_cast<std::size_t>(thumbnail.size.width);
-        const auto height = static_cast<std::size_t>(thumbnail.size.height);
-        thumbnail.rgba.reserve(width * height * 4);
-        for (std::size_t y = 0; y < height; ++y) {
-            const std::size_t row = isBottomUp ? height - 1 - y : y;
-            for (std::size_t x = 0; x < width; ++x) {
-                const std::uint8_t* pixel = &small[(row * width + x) * 3];
-                thumbnail.rgba.insert(thumbnail.rgba.end(), {pixel[0], pixel[1], pixel[2], 255});
-            }
-        }
-        return thumbnail;
-    }
-
-  private:
-    void finishBlocks() {
-        for (int x = 0; x < reduced_.width; ++x) {
-            const int columns = std::min(block_, size_.width - x * block_);
-            const auto count = static_cast<std::uint32_t>(columns * rowsInBlock_);
-            for (std::size_t channel = 0; channel < 3; ++channel) {
-                std::uint32_t& sum = sums_[static_cast<std::size_t>(x) * 3 + channel];
-                pixels_.push_back(static_cast<std::uint8_t>((sum + count / 2) / count));
-                sum = 0;
-            }
-        }
-        rowsInBlock_ = 0;
-    }
-
-    PixelSize size_;
-    int block_;
-    PixelSize reduced_;
-    std::vector<std::uint32_t> sums_;
-    std::vector<std::uint8_t> pixels_;
-    int rowsInBlock_ = 0;
-    int rows_ = 0;
-};
+using Reducer = RowReducer<std::uint8_t, 3>;
 
 using Colour = std::array<std::uint8_t, 3>;
 
@@ -169,14 +104,14 @@ class Bitmap {
             return std::nullopt;
         }
         row_.resize(static_cast<std::size_t>(size_.width) * 3);
-        RowReducer reducer(size_, maxSide);
+        Reducer reducer(size_, maxSide);
         Bytes bytes(descriptor_, pixelsBegin_);
         const bool hasRuns =
             compression_ == Compression::runs4 || compression_ == Compression::runs8;
         if (!(hasRuns ? readRuns(bytes, reducer) : readRows(bytes, reducer))) {
             return std::nullopt;
         }
-        return reducer.take(maxSide, isBottomUp_);
+        return upright(reducer, size_.fitting(maxSide));
     }
 
   private:
@@ -187,12 +122,13 @@ class Bitmap {
     static constexpr std::uint32_t infoHeader = 40;
     static constexpr std::uint32_t longestInfoHeader = 124;
 
+    [[nodiscard]] Thumbnail upright(const Reducer& reducer, PixelSize size) const;
     bool readHeader();
     bool readSize(std::span<const std::uint8_t> info);
     bool readChannels();
     bool readPalette();
-    bool readRows(Bytes& bytes, RowReducer& reducer);
-    bool readRuns(Bytes& bytes, RowReducer& reducer);
+    bool readRows(Bytes& bytes, Reducer& reducer);
+    bool readRuns(Bytes& bytes, Reducer& reducer);
     void unpack(std::span<const std::uint8_t> packed);
     void putColour(std::size_t x, std::size_t index) {
         std::copy_n(palette_[index].begin(), 3, &row_[x * 3]);
@@ -211,6 +147,22 @@ class Bitmap {
     std::array<Colour, 256> palette_{}; ///< colours that the file leaves out are black
     std::vector<std::uint8_t> row_;     ///< red, green, blue
 };
+
+Thumbnail Bitmap::upright(const Reducer& reducer, PixelSize size) const {
+    const auto small = reducer.take(size);
+    const auto width = static_cast<std::size_t>(size.width);
+    const auto height = static_cast<std::size_t>(size.height);
+    Thumbnail thumbnail{size};
+    thumbnail.rgba.reserve(width * height * 4);
+    for (std::size_t y = 0; y < height; ++y) {
+        const std::size_t row = isBottomUp_ ? height - 1 - y : y;
+        for (std::size_t x = 0; x < width; ++x) {
+            const std::uint8_t* pixel = &small[(row * width + x) * 3];
+            thumbnail.rgba.insert(thumbnail.rgba.end(), {pixel[0], pixel[1], pixel[2], 255});
+        }
+    }
+    return thumbnail;
+}
 
 bool Bitmap::readHeader() {
     std::array<std::uint8_t, fileHeader + infoHeader> header{};
@@ -298,7 +250,7 @@ bool Bitmap::readPalette() {
     return true;
 }
 
-bool Bitmap::readRows(Bytes& bytes, RowReducer& reducer) {
+bool Bitmap::readRows(Bytes& bytes, Reducer& reducer) {
     // Rows fill whole groups of four bytes.
     std::vector<std::uint8_t> packed((static_cast<std::size_t>(size_.width) * bits_ + 31) / 32 * 4);
     for (int y = 0; y < size_.height; ++y) {
@@ -334,7 +286,7 @@ void Bitmap::unpack(std::span<const std::uint8_t> packed) {
 
 // Pairs of a count and a colour; a count of 0 begins an escape: 0 ends the row, 1 the picture, 2
 // moves on, and from 3 on it is that many pixels one by one.
-bool Bitmap::readRuns(Bytes& bytes, RowReducer& reducer) {
+bool Bitmap::readRuns(Bytes& bytes, Reducer& reducer) {
     const auto width = static_cast<std::size_t>(size_.width);
     const bool isHalves = compression_ == Compression::runs4;
     std::size_t x = 0;

@@ -1,11 +1,12 @@
 #include "KorvaneCore/platform/linux/HeifPicture.h"
 
+#include "KorvaneCore/platform/RowReducer.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <span>
 #include <vector>
 
 #include <unistd.h>
@@ -43,40 +44,18 @@ heif_reader makeReader() {
 
 using Image = std::unique_ptr<const heif_image, decltype(&::heif_image_release)>;
 
-/// Averages whole squares of `block` samples.
+/// A plane of `Sample`s, resampled to `target`.
 template <typename Sample>
-std::vector<std::uint8_t> averaged(std::span<const std::uint8_t> bytes, std::size_t stride,
-                                   PixelSize size, int block, unsigned most) {
-    const int width = (size.width + block - 1) / block;
-    std::vector<std::uint64_t> sums(static_cast<std::size_t>(width));
-    std::vector<std::uint8_t> result;
-    result.reserve(sums.size() * static_cast<std::size_t>((size.height + block - 1) / block));
+std::vector<std::uint8_t> reduced(const std::uint8_t* bytes, std::size_t stride, PixelSize size,
+                                  unsigned most, PixelSize target) {
+    RowReducer<Sample, 1> reducer(size, std::max(target.width, target.height), most);
     std::vector<Sample> row(static_cast<std::size_t>(size.width));
-    for (int top = 0; top < size.height; top += block) {
-        const int rows = std::min(block, size.height - top);
-        std::fill(sums.begin(), sums.end(), 0);
-        for (int y = top; y < top + rows; ++y) {
-            std::memcpy(row.data(), &bytes[static_cast<std::size_t>(y) * stride],
-                        row.size() * sizeof(Sample));
-            for (int x = 0; x < width; ++x) {
-                const auto first = row.begin() + std::ptrdiff_t{x} * block;
-                const auto last = row.begin() + std::min((x + 1) * block, size.width);
-                std::uint32_t sum = 0;
-                for (auto sample = first; sample != last; ++sample) {
-                    sum += *sample;
-                }
-                sums[static_cast<std::size_t>(x)] += sum;
-            }
-        }
-        for (int x = 0; x < width; ++x) {
-            const int columns = std::min(block, size.width - x * block);
-            const std::uint64_t whole = std::uint64_t{most} * static_cast<unsigned>(columns * rows);
-            const std::uint64_t share =
-                (sums[static_cast<std::size_t>(x)] * 255 + whole / 2) / whole;
-            result.push_back(static_cast<std::uint8_t>(std::min<std::uint64_t>(share, 255)));
-        }
+    for (int y = 0; y < size.height; ++y) {
+        std::memcpy(row.data(), bytes + static_cast<std::size_t>(y) * stride,
+                    row.size() * sizeof(Sample));
+        reducer.add(row);
     }
-    return result;
+    return reducer.take(target);
 }
 
 /// One plane of a decoded picture, resampled to `target`; one byte a sample. Empty when there is no
@@ -93,16 +72,10 @@ std::vector<std::uint8_t> reducedPlane(const Libheif& api, const heif_image* ima
         bits > 16) {
         return {};
     }
-    const auto row = static_cast<std::size_t>(stride);
-    const std::span plane(bytes, row * static_cast<std::size_t>(size.height));
-    // Twice the target is kept for a smooth reduction.
-    const int block = std::max(
-        std::max(size.width, size.height) / (2 * std::max(target.width, target.height)), 1);
     const unsigned most = (1U << static_cast<unsigned>(bits)) - 1;
-    const auto samples = isWide ? averaged<std::uint16_t>(plane, row, size, block, most)
-                                : averaged<std::uint8_t>(plane, row, size, block, most);
-    return resampled(samples, {(size.width + block - 1) / block, (size.height + block - 1) / block},
-                     target, 1);
+    const auto row = static_cast<std::size_t>(stride);
+    return isWide ? reduced<std::uint16_t>(bytes, row, size, most, target)
+                  : reduced<std::uint8_t>(bytes, row, size, most, target);
 }
 
 /// How brightness and two differences of colour make up a pixel (ITU-T H.273).
@@ -173,7 +146,7 @@ std::array<std::uint8_t, 3> colourOf(const Coding& coding, std::uint8_t first, s
 }
 
 /// The decoded picture, reduced.
-std::optional<Thumbnail> reduced(const Libheif& api, const heif_image* image, int maxSide) {
+std::optional<Thumbnail> thumbnailOf(const Libheif& api, const heif_image* image, int maxSide) {
     Coding coding = codingOf(api, image);
     std::array channels{heif_channel_Y, heif_channel_Cb, heif_channel_Cr};
     const heif_colorspace space = api.colourSpace(image);
@@ -232,7 +205,7 @@ std::optional<Thumbnail> HeifPicture::thumbnail(int maxSide, std::int64_t maxPix
     const heif_error error = api_.decode(handle_.get(), &decoded, heif_colorspace_undefined,
                                          heif_chroma_undefined, nullptr);
     const Image image(decoded, api_.releaseImage);
-    return error.code == heif_error_Ok && image ? reduced(api_, image.get(), maxSide)
+    return error.code == heif_error_Ok && image ? thumbnailOf(api_, image.get(), maxSide)
                                                 : std::nullopt;
 }
 
