@@ -130,6 +130,12 @@ void RestoreModelTests::putsOneItemBack() {
     const std::vector<AuditEntry> log = records.services.auditLog().entries();
     QCOMPARE(log.size(), std::size_t{2});
     QCOMPARE(log.front().scannerID, std::string("restore"));
+
+    // The rest of it, without a word on what has come back already.
+    model.restore(0);
+    QTRY_VERIFY(records.folder.exists("home/a.txt"));
+    QTRY_COMPARE(model.run()->message(), QStringLiteral("Put back 1 item."));
+    QVERIFY(!model.run()->hasFailed());
 }
 
 } // namespace korvane

@@ -79,7 +79,7 @@ QVariant AuditModel::operationData(const AuditEntry& entry, std::size_t row, int
     case FoldText:
         return Texts::sentence(isOpen(row) ? AuditText::hidePaths : AuditText::showPaths);
     case CanPutBack:
-        return canPutBack_.contains(entry.operationID);
+        return inBin_.contains(entry.operationID);
     case Path:
         return QString();
     case Spoken: {
@@ -176,16 +176,16 @@ void AuditModel::refresh() {
             search();
         });
         const Restorer restorer(services.auditLog(), services.fileManager());
-        std::unordered_set<UUID> operations;
+        const auto inBin = std::make_shared<InBin>();
         for (const AuditEntry& entry : log->entries) {
-            if (entry.restorable && std::any_of(entry.restorable->begin(), entry.restorable->end(),
-                                                [&](const RestorableItem& item) {
-                                                    return restorer.isStillInBin(item);
-                                                })) {
-                operations.insert(entry.operationID);
+            for (const RestorableItem& item :
+                 entry.restorable.value_or(std::vector<RestorableItem>())) {
+                if (restorer.isStillInBin(item)) {
+                    (*inBin)[entry.operationID].push_back(item);
+                }
             }
         }
-        post([this, operations] { showPutBack(operations); });
+        post([this, inBin] { showInBin(std::move(*inBin)); });
         const AuditChainResult result = services.auditLog().verifyChain();
         return Work::Step([this, result, warning = services.keyWarning().value_or("")] {
             chain_.show(result, warning);
@@ -236,8 +236,8 @@ void AuditModel::show(std::shared_ptr<const AuditReading> log, std::vector<std::
     emit shown();
 }
 
-void AuditModel::showPutBack(std::unordered_set<UUID> operations) {
-    canPutBack_ = std::move(operations);
+void AuditModel::showInBin(InBin inBin) {
+    inBin_ = std::move(inBin);
     if (rowCount() > 0) {
         emit dataChanged(index(0), index(rowCount() - 1), {CanPutBack});
     }
@@ -306,9 +306,12 @@ void AuditModel::putBack(int row) {
         return;
     }
     const Row& chosen = view_.rows[static_cast<std::size_t>(row)];
-    if (chosen.kind == Operation) {
-        run_.start(
-            view_.log->entries[chosen.entry].restorable.value_or(std::vector<RestorableItem>()));
+    if (chosen.kind != Operation) {
+        return;
+    }
+    const auto found = inBin_.find(view_.log->entries[chosen.entry].operationID);
+    if (found != inBin_.end()) {
+        run_.start(found->second);
     }
 }
 

@@ -12,6 +12,7 @@
 #include <QUrl>
 #include <QVariant>
 #include <memory>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -93,7 +94,7 @@ class AuditModel : public QAbstractListModel {
     /// Reads and verifies anew; a reading under way is followed by another.
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void setOpen(int row, bool open);
-    /// Puts everything of an operation back.
+    /// Puts everything of an operation back that is in the Bin.
     Q_INVOKABLE void putBack(int row);
     /// Writes the shown operations. Asks first (`replacementAsked`) when something is at that place
     /// and `replace` is false.
@@ -120,6 +121,8 @@ class AuditModel : public QAbstractListModel {
         std::uint32_t entry = 0; ///< its place in the log; of a day: the day's number
         std::uint32_t path = 0;
     };
+    /// By operation, its items that are still in the Bin.
+    using InBin = std::unordered_map<UUID, std::vector<RestorableItem>>;
     /// What is on show: `places` of `log`.
     struct View {
         std::shared_ptr<const AuditReading> log;
@@ -129,7 +132,7 @@ class AuditModel : public QAbstractListModel {
 
     void search();
     void show(std::shared_ptr<const AuditReading> log, std::vector<std::size_t> places);
-    void showPutBack(std::unordered_set<UUID> operations);
+    void showInBin(InBin inBin);
     void showProblem(const QString& problem);
     [[nodiscard]] bool isOpen(std::size_t row) const;
     [[nodiscard]] QVariant operationData(const AuditEntry& entry, std::size_t row, int role) const;
@@ -139,7 +142,7 @@ class AuditModel : public QAbstractListModel {
     std::shared_ptr<const AuditReading> log_; ///< the newest; shown when the search in it has ended
     View view_;
     std::unordered_set<UUID> open_;
-    std::unordered_set<UUID> canPutBack_; ///< operations with something still in the Bin
+    InBin inBin_;
     QString query_;
     std::string module_; ///< a scanner id; empty: all
     QString problem_;

@@ -212,8 +212,17 @@ void RestoreModel::restore(int row) {
         return;
     }
     const Row& chosen = rows_[static_cast<std::size_t>(row)];
-    const std::vector<RestorableItem>& items = *operations_[chosen.operation].op.entry.restorable;
-    run_.start(chosen.item < 0 ? items : std::vector{items[static_cast<std::size_t>(chosen.item)]});
+    const Operation& operation = operations_[chosen.operation];
+    const std::vector<RestorableItem>& items = *operation.op.entry.restorable;
+    std::vector<RestorableItem> wanted;
+    for (std::size_t item = 0; item < items.size(); ++item) {
+        // Of everything, what came back before or went with the Bin is nothing to complain about.
+        if (chosen.item < 0 ? operation.inBin[item]
+                            : item == static_cast<std::size_t>(chosen.item)) {
+            wanted.push_back(items[item]);
+        }
+    }
+    run_.start(std::move(wanted));
 }
 
 } // namespace korvane
