@@ -10,8 +10,8 @@
 
 namespace korvane {
 
-/// A HEIC or AVIF file. Its planes of brightness and colour are reduced as the decoder leaves them:
-/// turning every pixel into red, green and blue first takes longer than decoding an AVIF.
+/// A HEIC or AVIF file. Its planes are reduced as the library leaves them: through libvips, which
+/// wants them interleaved and hands them on in copies, an AVIF takes more than twice the time.
 /// One thread at a time.
 class HeifPicture {
   public:
